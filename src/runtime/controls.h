@@ -1,0 +1,138 @@
+// Controls: what a window is made of, without a toolkit. A window is a plain struct of these, and its event
+// procedures. Setting a property fires the control's event within the assignment and tells the view, if one is
+// attached. Texts are cp1252; colours are the system's blue-green-red numbers (0xFF0000 is blue).
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace velorn {
+
+using Colour = unsigned; // 0xBBGGRR
+
+namespace colour {
+inline constexpr Colour black = 0x000000;
+inline constexpr Colour red = 0x0000FF; // 255
+inline constexpr Colour green = 0x00FF00; // 65280
+inline constexpr Colour blue = 0xFF0000;
+inline constexpr Colour cyan = 0xFFFF00;
+inline constexpr Colour white = 0xFFFFFF;
+constexpr Colour rgb(unsigned r, unsigned g, unsigned b) { return r | (g << 8U) | (b << 16U); }
+} // namespace colour
+
+class Control;
+
+// One property of a control: read like a value, assigned like a value. An assignment that changes nothing tells
+// nobody.
+template <class T>
+class Property {
+  public:
+    explicit Property(Control& owner, T initial = T{}, std::function<void()>* event = nullptr)
+        : owner_(owner), event_(event), value_(std::move(initial)) {}
+    Property(const Property&) = delete;
+    Property& operator=(const Property&) = delete;
+    ~Property() = default;
+
+    template <class U>
+    Property& operator=(U&& value);
+
+    const T& get() const { return value_; }
+    operator const T&() const { return value_; }
+
+  private:
+    Control& owner_;
+    std::function<void()>* event_; // the control's own event, fired within the assignment
+    T value_;
+};
+
+class Control {
+  public:
+    Control() = default;
+    Control(const Control&) = delete;
+    Control& operator=(const Control&) = delete;
+
+    Property<bool> Visible{*this, true};
+    Property<bool> Enabled{*this, true};
+    Property<std::string> ToolTipText{*this};
+
+    // The view that shows the control, if any; called after a property took a new value.
+    std::function<void()> on_change;
+
+    void changed() const {
+        if (on_change) on_change();
+    }
+
+  protected:
+    ~Control() = default;
+};
+
+template <class T>
+template <class U>
+Property<T>& Property<T>::operator=(U&& value) {
+    if (value_ == value) return *this;
+    value_ = std::forward<U>(value);
+    owner_.changed();
+    if (event_ != nullptr && *event_) (*event_)();
+    return *this;
+}
+
+struct Label : Control {
+    Label() = default;
+    explicit Label(std::string_view caption) : Caption(*this, std::string(caption)) {}
+    Property<std::string> Caption{*this};
+    std::function<void()> Click;
+};
+
+struct Button : Control {
+    Button() = default;
+    explicit Button(std::string_view caption) : Caption(*this, std::string(caption)) {}
+    Property<std::string> Caption{*this};
+    std::function<void()> Click;
+};
+
+struct CheckBox : Control {
+    Property<std::string> Caption{*this};
+    std::function<void()> Click; // also fired by an assignment that changes Value
+    Property<bool> Value{*this, false, &Click};
+};
+
+// A single-line or small text box. Long texts live in RichTextBox.
+struct TextBox : Control {
+    std::function<void()> Change;
+    std::function<void()> GotFocus;
+    Property<std::string> Text{*this, {}, &Change};
+    Property<Colour> BackColor{*this, colour::white};
+};
+
+// A small box of one colour, such as a lamp.
+struct Lamp : Control {
+    Property<Colour> BackColor{*this, colour::red};
+    std::function<void()> Click;
+};
+
+// A picture that is shown or not; bringing one of two to the front is Visible.
+struct Image : Control {
+    std::function<void()> Click;
+};
+
+struct MenuItem : Control {
+    MenuItem() = default;
+    explicit MenuItem(std::string_view caption) : Caption(*this, std::string(caption)) {}
+    Property<std::string> Caption{*this}; // "&" marks the access key
+    Property<bool> Checked{*this, false};
+    std::function<void()> Click; // empty: nothing serves this command yet; views show it greyed
+};
+
+struct ToolButton : Control {
+    Property<bool> Pressed{*this, false};
+    std::function<void()> Click; // as in MenuItem
+};
+
+// A panel of a status bar.
+struct StatusPanel : Control {
+    Property<std::string> Text{*this};
+};
+
+} // namespace velorn

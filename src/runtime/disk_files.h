@@ -1,0 +1,23 @@
+// Files on the disk of this machine.
+#pragma once
+
+#include "runtime/files.h"
+#include "runtime/paths.h"
+
+namespace velorn {
+
+class DiskFiles final : public Files {
+  public:
+    explicit DiskFiles(const Paths& paths) : paths_(paths) {}
+
+    Result<std::unique_ptr<BinaryFile>> open(std::string_view path, OpenMode mode) override;
+    bool exists(std::string_view path) override;
+    Outcome remove(std::string_view path) override;
+    Outcome replace(std::string_view from, std::string_view to) override;
+    Outcome make_folder(std::string_view path) override;
+
+  private:
+    const Paths& paths_;
+};
+
+} // namespace velorn

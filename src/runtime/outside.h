@@ -1,0 +1,147 @@
+// The outside world in small pieces: what the machine and the person can do for the program. Real makes live with
+// the toolkit, scripted ones with the tests. Everything here is called from the one thread; what arrives is
+// announced through the callbacks, from within the event loop and never from within a call of ours.
+#pragma once
+
+#include "runtime/failure.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velorn {
+
+// ---- serial port ----
+
+struct SerialSettings {
+    int baud = 9600;
+    char parity = 'n'; // e m n o s
+    int data_bits = 8; // 4 to 8
+    enum class Stop { one, one_and_a_half, two } stop = Stop::one;
+    bool operator==(const SerialSettings&) const = default;
+};
+
+enum class Handshake { none = 0, xon_xoff = 1, rts = 2, rts_xon_xoff = 3 };
+
+class SerialPort {
+  public:
+    virtual ~SerialPort() = default;
+
+    // Opens the device of a port number 1 to 255. Errors, with the reason in the text: 8002 not there, 8005 in use,
+    // 70 no permission, 57 otherwise.
+    virtual Outcome open(int com_port, const SerialSettings& settings, Handshake handshake) = 0;
+    virtual void close() = 0;
+    virtual bool is_open() const = 0;
+
+    // Whether the device of a port number is there at this moment.
+    virtual bool is_there(int com_port) const = 0;
+
+    // What this system can do at all; asked before settings are accepted, open or not.
+    virtual bool can(const SerialSettings& settings) const = 0;
+
+    // On an open port. Error 380 for what the device refuses.
+    virtual Outcome apply(const SerialSettings& settings) = 0;
+    virtual Outcome apply(Handshake handshake) = 0;
+
+    // The character that takes the place of one with a parity error; nothing switches replacing off.
+    virtual Outcome replace_parity_errors(std::optional<char> with) = 0;
+
+    virtual void set_dtr(bool on) = 0;
+    struct Lines {
+        bool carrier = false;       // CD
+        bool clear_to_send = false; // CTS
+        bool data_set_ready = false; // DSR
+    };
+    virtual Lines lines() = 0;
+
+    virtual void write(std::string_view bytes) = 0; // queued, never blocks; lost when closed
+    // Bytes that have not yet left the machine, the driver's queue included where the system tells it.
+    virtual std::size_t unsent() const = 0;
+    virtual void drop_unsent() = 0;
+
+    virtual std::size_t available() const = 0;      // received and not yet taken
+    virtual std::string take(std::size_t most) = 0; // the oldest, up to `most`
+
+    std::function<void()> arrived; // something came in
+    std::function<void()> sent;    // unsent() has become smaller
+    std::function<void()> lost;    // the open device has gone; the port is closed
+};
+
+// ---- TCP ----
+
+// State numbers as the socket control shows them.
+enum class TcpState {
+    closed = 0,
+    open = 1,
+    listening = 2,
+    pending = 3,
+    resolving = 4,
+    resolved = 5,
+    connecting = 6,
+    connected = 7,
+    closing = 8, // the partner has ended
+    error = 9,
+};
+
+class TcpClient {
+  public:
+    virtual ~TcpClient() = default;
+
+    virtual void connect(std::string_view host, int port) = 0;
+    virtual void close() = 0;
+    virtual TcpState state() const = 0;
+    virtual void write(std::string_view bytes) = 0;
+    virtual std::string take(std::size_t most) = 0;
+
+    std::function<void()> connected;
+    std::function<void()> arrived;
+    // The number of the platform (10061 connection refused, 10060 time-out, ...) and its text.
+    std::function<void(int number, const std::string& description)> failed;
+};
+
+// ---- the person ----
+
+enum class Answer { ok = 1, cancel = 2, abort = 3, retry = 4, ignore = 5, yes = 6, no = 7 };
+
+struct FileQuestion {
+    std::string title;
+    std::string filter; // "LOG-Dateien (*.LOG)|*.log|Alle Dateien (*.*)|*.*"
+    std::string folder;
+    std::string name;
+    bool saving = false;
+};
+
+// Boxes and dialogs. Each call opens one and turns the event loop until it is answered; reception goes on behind
+// it. When the program ends meanwhile, the answer is that of cancelling.
+class Dialogs {
+  public:
+    virtual ~Dialogs() = default;
+
+    // `code` holds the platform's button number (0 OK, 1 OK/Cancel, 2 Abort/Retry/Ignore, 3 Yes/No/Cancel, 4 Yes/No,
+    // 5 Retry/Cancel) plus its icon number (16 stop, 32 question, 48 exclamation, 64 information).
+    virtual Answer message_box(std::string_view text, int code, std::string_view title = "Velorn") = 0;
+
+    // Nothing when cancelled.
+    virtual std::optional<std::string> input_box(std::string_view prompt, std::string_view title,
+                                                 std::string_view proposal) = 0;
+
+    // A stored path; error 32755 when cancelled.
+    virtual Result<std::string> choose_file(const FileQuestion& question) = 0;
+};
+
+class Clipboard {
+  public:
+    virtual ~Clipboard() = default;
+    virtual void set_text(std::string_view text) = 0;
+    virtual std::string text() const = 0;
+};
+
+// The size of the screen that the main window opens on, logical pixels.
+struct ScreenSize {
+    int width = 0;
+    int height = 0;
+};
+
+} // namespace velorn
