@@ -130,6 +130,16 @@ struct ToolButton : Control {
     std::function<void()> Click; // as in MenuItem
 };
 
+// A window as a control: its title, its place on the screen in logical pixels, and whether it is shown.
+struct Form : Control {
+    Form() { Visible = false; }
+    Property<std::string> Caption{*this};
+    Property<int> Left{*this, 0};
+    Property<int> Top{*this, 0};
+    Property<int> Width{*this, 0};
+    Property<int> Height{*this, 0};
+};
+
 // A panel of a status bar.
 struct StatusPanel : Control {
     Property<std::string> Text{*this};
