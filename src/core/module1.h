@@ -36,7 +36,7 @@ struct Module1 {
     bool warteantwort = false;
     std::int16_t antwortcode = 0; // 1 "ERR", 2 "OKK", 10 "NEUV2.0"
     bool wartefortsetzung = false;
-    std::string fortsetzungposition; // the eight characters before "Fortsetzung Datei"
+    std::int32_t dateipos = 0;    // position in the file of a running transfer
     bool smsprompt = false;       // waits for the prompt "<"
     bool abbruch = false;         // a running transfer stops
 
