@@ -39,6 +39,7 @@ struct FrmTerminal {
 
     // ---- what is shown in the middle ----
     RichTextBox txtterm;    // what the link delivers
+    int txtterm_width = 0, txtterm_height = 0; // logical pixels
     PictureBox Picture1;    // the mirrored display, in its place
     PictureBox Picture2;    // the ground on which pictures of the controller are drawn
     RichTextBox txttest10;  // the byte trace

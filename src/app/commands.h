@@ -1,0 +1,34 @@
+// The main window's own commands of the menu and the toolbar, wired to what serves them. A command that nothing
+// serves yet has no Click, and views show it greyed.
+#pragma once
+
+#include "app/program_start.h"
+#include "app/world.h"
+#include "core/frm_terminal.h"
+#include "core/module1.h"
+#include "core/settings_files.h"
+#include "links/output.h"
+#include "terminal/frmftast.h"
+
+namespace velorn {
+
+class Commands {
+  public:
+    Commands(World& world, Module1& module1, SettingsFiles& settings_files, FrmTerminal& frmTerminal,
+             ProgramStart& start, Output& output, Frmftast& frmftast);
+
+  private:
+    void mnuFileExit_Click();
+    void mnuftast_Click();
+    void uhrterm_Click();
+    void testwindow_Click();
+
+    World& world_;
+    Module1& module1_;
+    SettingsFiles& settings_files_;
+    FrmTerminal& frmTerminal_;
+    ProgramStart& start_;
+    Frmftast& frmftast_;
+};
+
+} // namespace velorn

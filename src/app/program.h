@@ -1,0 +1,48 @@
+// The whole program as one object: the shared state, the one window of each kind, and what happens in them. Nothing
+// lives outside it, so two of them can run in one process without touching each other.
+#pragma once
+
+#include "app/commands.h"
+#include "app/program_start.h"
+#include "app/world.h"
+#include "core/events.h"
+#include "core/frm_terminal.h"
+#include "core/module1.h"
+#include "core/settings.h"
+#include "core/settings_files.h"
+#include "core/wait_counter.h"
+#include "links/lamps.h"
+#include "links/mscomm.h"
+#include "links/output.h"
+#include "links/port_opening.h"
+#include "links/winsock.h"
+#include "terminal/frmftast.h"
+#include "terminal/keys.h"
+#include "terminal/receive.h"
+
+namespace velorn {
+
+class Program {
+  public:
+    explicit Program(World world);
+
+    World world;
+    Events events;
+    Module1 module1;
+    Settings settings;
+    FrmTerminal frmTerminal;
+    SettingsFiles settings_files;
+    WaitCounter waits;
+    MSComm MSComm1;
+    Winsock Winsock1;
+    Output output;
+    Lamps lamps;
+    PortOpening port_opening;
+    Receive receive;
+    Keys keys;
+    Frmftast frmftast;
+    ProgramStart start;
+    Commands commands;
+};
+
+} // namespace velorn

@@ -1,0 +1,23 @@
+// What a program is given from outside: its loop, its files, its links, the person. Real makes in the desktop,
+// scripted ones in the tests.
+#pragma once
+
+#include "runtime/event_loop.h"
+#include "runtime/files.h"
+#include "runtime/outside.h"
+
+#include <string>
+
+namespace velorn {
+
+struct World {
+    EventLoop& loop;
+    Files& files;
+    Dialogs& dialogs;
+    SerialPort& serial;
+    TcpClient& tcp;
+    std::string program_folder; // stored form, cp1252, without a trailing separator
+    ScreenSize screen;
+};
+
+} // namespace velorn
