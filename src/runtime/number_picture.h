@@ -1,4 +1,4 @@
-// Numbers and dates through pictures, German always: decimal comma, no thousands separator unless asked for.
+// Numbers and dates through pictures, German always: decimal comma, no thousands separator.
 #pragma once
 
 #include "runtime/calendar.h"

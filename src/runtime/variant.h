@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace velorn {
@@ -79,6 +80,12 @@ class Variant {
     // The value as text, cp1252, German: decimal comma, dd.mm.yyyy hh:mm:ss, "Wahr" and "Falsch"; Empty and Null
     // give an empty text.
     std::string text() const;
+
+    // Calls `visitor` with the value as it is held: std::monostate for Empty, Null, a number, a text, ...
+    template <class Visitor>
+    decltype(auto) visit_value(Visitor&& visitor) const {
+        return std::visit(std::forward<Visitor>(visitor), value_);
+    }
 
     // Equal in tag and value: what a file keeps.
     friend bool identical(const Variant& a, const Variant& b) { return a.value_ == b.value_; }

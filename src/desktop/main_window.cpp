@@ -1,0 +1,329 @@
+#include "desktop/main_window.h"
+
+#include "desktop/bind.h"
+#include "desktop/icons.h"
+#include "desktop/lamp_view.h"
+#include "desktop/picture_view.h"
+#include "desktop/search_field.h"
+#include "desktop/style.h"
+#include "desktop/terminal_view.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace velorn {
+
+namespace {
+
+QString name_of_key(std::string_view key) {
+    return QString::fromLatin1(key.data(), static_cast<qsizetype>(key.size()));
+}
+
+// A command that nothing serves yet is greyed, whatever its Enabled says.
+bool is_usable(const Control& control, const std::function<void()>& click) { return control.Enabled && click; }
+
+QFrame* vertical_line(QWidget* parent) {
+    auto* line = new QFrame(parent);
+    line->setFrameShape(QFrame::VLine);
+    line->setFrameShadow(QFrame::Sunken);
+    return line;
+}
+
+// A notice that is shown or not, with the control's text.
+void bind_notice(TextBox& box, QLabel* label, const char* name) {
+    label->setObjectName(QString::fromLatin1(name));
+    bind(box, [&box, label] {
+        label->setText(to_qstring(box.Text.get()));
+        label->setVisible(box.Visible);
+    });
+}
+
+} // namespace
+
+MainWindow::MainWindow(Program& program) : program_(program) {
+    setObjectName(QStringLiteral("frmTerminal"));
+    setMinimumSize(860, 480);
+    build_middle();
+    build_menu();
+    build_toolbar();
+    build_status_bar();
+    setWindowIcon(icon(QStringLiteral("velorn"), palette()));
+    program_.frmTerminal.form.on_change = [this] { show_form(); };
+    show_form();
+}
+
+MainWindow::~MainWindow() {
+    FrmTerminal& f = program_.frmTerminal;
+    for (const MenuRow& row : FrmTerminal::menu_rows()) {
+        if (row.item != nullptr) unbind(row.item(f));
+    }
+    for (ToolButton& button : f.tool_buttons) unbind(button);
+    unbind(f.form, f.txttest10, f.imgConnected, f.imgNotConnected, f.picipunterbr, f.txtprotschreib,
+           f.txtprotwarn, f.txtbattload, f.sbrStatus.projekt, f.sbrStatus.Settings, f.sbrStatus.ConnectTime);
+}
+
+void MainWindow::later(std::function<void()> what) { program_.world.loop.post(std::move(what)); }
+
+void MainWindow::build_menu() {
+    FrmTerminal& f = program_.frmTerminal;
+    QMenu* menus[3] = {};
+    for (const MenuRow& row : FrmTerminal::menu_rows()) {
+        if (row.item == nullptr) {
+            menus[0]->addSeparator();
+            continue;
+        }
+        MenuItem& item = row.item(f);
+        const auto* const next = &row + 1;
+        const bool opens_submenu =
+            row.depth == 0 || (next != std::to_address(FrmTerminal::menu_rows().end()) && next->depth > row.depth);
+        if (opens_submenu) {
+            QMenu* menu = row.depth == 0 ? menuBar()->addMenu(QString()) : menus[0]->addMenu(QString());
+            menus[row.depth] = menu;
+            menu->setObjectName(name_of_key(row.name));
+            bind(item, [&item, menu] {
+                menu->setTitle(to_qstring(item.Caption.get()));
+                menu->menuAction()->setEnabled(item.Enabled);
+                menu->menuAction()->setVisible(item.Visible);
+            });
+            continue;
+        }
+        QAction* action = menus[row.depth - 1]->addAction(QString());
+        action->setObjectName(name_of_key(row.name));
+        bind(item, [&item, action] {
+            action->setText(to_qstring(item.Caption.get()));
+            action->setCheckable(item.Checked || action->isCheckable());
+            action->setChecked(item.Checked);
+            action->setEnabled(is_usable(item, item.Click));
+            action->setVisible(item.Visible);
+        });
+        connect(action, &QAction::triggered, this, [this, &item, action] {
+            action->setChecked(item.Checked); // the mark follows the control, not the click
+            later([&item] { press(item); });
+        });
+    }
+}
+
+void MainWindow::build_toolbar() {
+    FrmTerminal& f = program_.frmTerminal;
+    toolbar_ = addToolBar(QStringLiteral("Werkzeugleiste"));
+    toolbar_->setObjectName(QStringLiteral("tbrToolBar"));
+    toolbar_->setMovable(false);
+    toolbar_->setIconSize(QSize(24, 24));
+    toolbar_->setContextMenuPolicy(Qt::PreventContextMenu);
+    std::size_t index = 0;
+    for (const ToolRow& row : FrmTerminal::toolbar_rows()) {
+        if (row.begins_group) toolbar_->addSeparator();
+        ToolButton& button = f.tool_buttons[index++];
+        QAction* action = toolbar_->addAction(QString());
+        action->setObjectName(name_of_key(row.key));
+        tool_actions_.push_back(action);
+        bind(button, [&button, action] {
+            action->setText(to_qstring(button.ToolTipText.get()));
+            action->setToolTip(to_qstring(button.ToolTipText.get()));
+            action->setCheckable(button.Pressed || action->isCheckable());
+            action->setChecked(button.Pressed);
+            action->setEnabled(is_usable(button, button.Click));
+        });
+        connect(action, &QAction::triggered, this, [this, &button] {
+            later([&button] {
+                if (button.Click) button.Click();
+            });
+        });
+    }
+    toolbar_->addSeparator();
+    search_action_ = toolbar_->addAction(QStringLiteral("Im Terminal suchen"));
+    search_action_->setObjectName(QStringLiteral("suchen"));
+    search_action_->setToolTip(QStringLiteral("Im Terminal suchen (Strg+Umschalt+F)"));
+    connect(search_action_, &QAction::triggered, this, [this] { search_->open(); });
+    set_icons();
+}
+
+void MainWindow::set_icons() {
+    std::size_t index = 0;
+    for (const ToolRow& row : FrmTerminal::toolbar_rows()) {
+        tool_actions_[index++]->setIcon(icon(name_of_key(row.key).toLower(), palette()));
+    }
+    search_action_->setIcon(icon(QStringLiteral("search"), palette()));
+}
+
+void MainWindow::build_middle() {
+    FrmTerminal& f = program_.frmTerminal;
+    auto* ground = new QWidget(this);
+    auto* column = new QVBoxLayout(ground);
+    column->setContentsMargins(space::medium, space::small, space::medium, space::small);
+    column->setSpacing(space::small);
+
+    terminal_ = new TerminalView(f.txtterm, ground);
+    terminal_->setObjectName(QStringLiteral("txtterm"));
+    terminal_->setAccessibleName(QStringLiteral("Terminal"));
+    terminal_->key_down = [this](int keycode, int shift) {
+        later([this, keycode, shift] { (void)program_.keys.key_down(keycode, shift); });
+    };
+    terminal_->key_press = [this](unsigned char code) {
+        later([this, code] { program_.keys.Form_KeyPress(code); });
+    };
+    search_ = new SearchField(*terminal_, ground);
+    column->addWidget(search_);
+
+    auto* split = new QSplitter(Qt::Vertical, ground);
+    split->setChildrenCollapsible(false);
+    auto* picture = new PictureView(f.Picture1, split);
+    picture->setObjectName(QStringLiteral("Picture1"));
+    split->addWidget(terminal_);
+    split->addWidget(picture);
+    const auto show_middle = [this, picture] {
+        const FrmTerminal& frmTerminal = program_.frmTerminal;
+        terminal_->setVisible(frmTerminal.txtterm.Visible || !frmTerminal.Picture1.Visible);
+        picture->setVisible(frmTerminal.Picture1.Visible);
+        if (frmTerminal.Picture1.Visible) picture->grab_keys(*terminal_);
+    };
+    terminal_->model_changed = show_middle;
+    picture->shown_or_hidden = show_middle;
+    show_middle();
+
+    // The trace is seldom wanted: its view is made when it is.
+    bind(f.txttest10, [this, &f, split, trace = static_cast<TerminalView*>(nullptr)]() mutable {
+        if (!f.txttest10.Visible) {
+            delete trace;
+            trace = nullptr;
+            if (!f.txttest10.on_change) return;
+        } else if (trace == nullptr) {
+            const auto keep = f.txttest10.on_change;
+            trace = new TerminalView(f.txttest10, split);
+            trace->setObjectName(QStringLiteral("txttest10"));
+            trace->setAccessibleName(QStringLiteral("Testfenster"));
+            trace->key_down = terminal_->key_down;
+            trace->key_press = terminal_->key_press;
+            split->addWidget(trace);
+            split->setSizes({3, 3, 2});
+        }
+    });
+    column->addWidget(split, 1);
+
+    auto* lamps = new QWidget(ground);
+    lamps->setObjectName(QStringLiteral("lamps"));
+    column->addWidget(lamps);
+    setCentralWidget(ground);
+    build_lamps();
+    terminal_->setFocus();
+}
+
+void MainWindow::build_lamps() {
+    FrmTerminal& f = program_.frmTerminal;
+    auto* lamps = findChild<QWidget*>(QStringLiteral("lamps"));
+    auto* row = new QHBoxLayout(lamps);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(space::large);
+
+    auto* plug = new QToolButton(lamps);
+    plug->setObjectName(QStringLiteral("imgConnected"));
+    plug->setAutoRaise(true);
+    plug->setFocusPolicy(Qt::NoFocus);
+    plug->setIconSize(QSize(20, 20));
+    const auto show_plug = [this, plug, &f] {
+        const bool connected = f.imgConnected.Visible;
+        plug->setIcon(icon(connected ? QStringLiteral("connected") : QStringLiteral("notconnected"), palette()));
+        plug->setToolTip(connected ? QStringLiteral("COM-Anschluß schließen") : QStringLiteral("COM-Anschluß öffnen"));
+        plug->setAccessibleName(plug->toolTip());
+    };
+    f.imgNotConnected.on_change = show_plug;
+    bind(f.imgConnected, show_plug);
+    connect(plug, &QToolButton::clicked, this, [this, &f] {
+        later([&f] {
+            const auto& click = f.imgConnected.Visible ? f.imgConnected.Click : f.imgNotConnected.Click;
+            if (click) click();
+        });
+    });
+    row->addWidget(plug);
+
+    const auto add = [&](Lamp& lamp, Label& label, const char* lamp_name, const char* label_name) {
+        auto* view = new LampView(lamp, label, lamp_name, label_name, lamps);
+        view->lamp_clicked = [this, &lamp] {
+            later([&lamp] {
+                if (lamp.Click) lamp.Click();
+            });
+        };
+        view->label_clicked = [this, &label] {
+            later([&label] {
+                if (label.Click) label.Click();
+            });
+        };
+        row->addWidget(view);
+    };
+    add(f.Picture3, f.Label2, "Picture3", "Label2");
+    add(f.Picture4, f.Label3, "Picture4", "Label3");
+    add(f.Picture5, f.Label4, "Picture5", "Label4");
+    row->addWidget(vertical_line(lamps));
+    add(f.Picture8, f.Label7, "Picture8", "Label7");
+    add(f.Picture7, f.Label6, "Picture7", "Label6");
+    add(f.Picture6, f.Label5, "Picture6", "Label5");
+
+    auto* broken = new QLabel(lamps);
+    broken->setObjectName(QStringLiteral("picipunterbr"));
+    bind(f.picipunterbr, [broken, &f] {
+        broken->setText(to_qstring(f.Label16.Caption.get()));
+        broken->setVisible(f.picipunterbr.Visible);
+        QPalette red = broken->palette();
+        red.setColor(QPalette::WindowText, alarm(broken->palette()));
+        broken->setPalette(red);
+    });
+    row->addWidget(broken);
+    row->addStretch(1);
+    for (const auto& [box, name] : {std::pair{&f.txtprotschreib, "txtprotschreib"},
+                                    std::pair{&f.txtprotwarn, "txtprotwarn"}, std::pair{&f.txtbattload, "txtbattload"}}) {
+        auto* label = new QLabel(lamps);
+        bind_notice(*box, label, name);
+        row->addWidget(label);
+    }
+}
+
+void MainWindow::build_status_bar() {
+    auto& panels = program_.frmTerminal.sbrStatus;
+    statusBar()->setSizeGripEnabled(true);
+    const auto add = [this](StatusPanel& panel, const char* name, const QString& what, int stretch) {
+        auto* label = new QLabel(this);
+        label->setObjectName(QString::fromLatin1(name));
+        label->setToolTip(what);
+        label->setAccessibleName(what);
+        label->setContentsMargins(space::medium, 0, space::medium, 0);
+        bind(panel, [&panel, label] { label->setText(to_qstring(panel.Text.get())); });
+        statusBar()->addWidget(label, stretch);
+    };
+    add(panels.projekt, "projekt", QStringLiteral("Anlage"), 2);
+    add(panels.Settings, "Settings", QStringLiteral("Einstellungen des COM-Anschlusses"), 2);
+    add(panels.ConnectTime, "ConnectTime", QStringLiteral("Verbindungszeit"), 1);
+}
+
+void MainWindow::show_form() {
+    const Form& form = program_.frmTerminal.form;
+    setWindowTitle(to_qstring(form.Caption.get()));
+    if (form.Visible && !placed_) {
+        placed_ = true;
+        setGeometry(form.Left, form.Top, form.Width, form.Height);
+        showMaximized();
+    }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (program_.world.loop.ended()) return;
+    event->ignore();
+    later([this] { program_.start.Form_QueryUnload(); });
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange && toolbar_ != nullptr) {
+        set_icons();
+        program_.frmTerminal.imgConnected.changed();
+        program_.frmTerminal.picipunterbr.changed();
+    }
+    QMainWindow::changeEvent(event);
+}
+
+} // namespace velorn

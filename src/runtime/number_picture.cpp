@@ -1,0 +1,278 @@
+#include "runtime/number_picture.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+namespace velorn {
+
+namespace {
+
+// ---- digits of a number ----
+
+struct Digits {
+    std::string whole; // without leading zeros; empty for none
+    std::string places;
+};
+
+// Rounds half away from zero on the exact value. A binary number that isn't exactly between two decimals is at least
+// 17 digits away from there, so 25 more places tell a tie from its neighbours.
+Digits rounded_digits(double magnitude, std::size_t places) {
+    constexpr std::size_t further = 25;
+    std::vector<char> buffer(400 + places + further);
+    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude,
+                                            std::chars_format::fixed, static_cast<int>(places + further));
+    const std::string exact(buffer.data(), end);
+    const std::size_t point = exact.find('.');
+    std::string digits = exact.substr(0, point) + exact.substr(point + 1, places);
+    if (exact[point + 1 + places] >= '5') {
+        std::size_t i = digits.size();
+        while (i > 0 && digits[i - 1] == '9') digits[--i] = '0';
+        if (i > 0) {
+            ++digits[i - 1];
+        } else {
+            digits.insert(digits.begin(), '1');
+        }
+    }
+    Digits result{digits.substr(0, digits.size() - places), digits.substr(digits.size() - places)};
+    result.whole.erase(0, result.whole.find_first_not_of('0'));
+    return result;
+}
+
+// ---- pictures ----
+
+struct Token {
+    char kind; // '0', '#', '.', or 'l' for literal text
+    std::string literal;
+};
+
+std::vector<Token> tokens_of(std::string_view picture) {
+    std::vector<Token> tokens;
+    for (std::size_t i = 0; i < picture.size(); ++i) {
+        const char c = picture[i];
+        if (c == '0' || c == '#' || c == '.') {
+            tokens.push_back({c, {}});
+        } else if (c == '"') {
+            const std::size_t close = std::min(picture.find('"', i + 1), picture.size());
+            tokens.push_back({'l', std::string(picture.substr(i + 1, close - i - 1))});
+            i = close;
+        } else if (c == '\\' && i + 1 < picture.size()) {
+            tokens.push_back({'l', std::string(1, picture[++i])});
+        } else {
+            tokens.push_back({'l', std::string(1, c)});
+        }
+    }
+    return tokens;
+}
+
+bool is_placeholder(const Token& token) { return token.kind == '0' || token.kind == '#'; }
+
+std::string format_decimal(double number, std::string_view picture) {
+    if (!std::isfinite(number)) return number_text(number);
+    const std::vector<Token> tokens = tokens_of(picture);
+    std::size_t point = 0;
+    while (point < tokens.size() && tokens[point].kind != '.') ++point;
+    std::size_t places = 0;
+    std::size_t kept_places = 0; // those that a "0" keeps
+    for (std::size_t i = point; i < tokens.size(); ++i) {
+        if (!is_placeholder(tokens[i])) continue;
+        ++places;
+        if (tokens[i].kind == '0') kept_places = places;
+    }
+    Digits digits = rounded_digits(std::fabs(number), places);
+    const bool rounded_to_zero = digits.whole.empty() && digits.places.find_first_not_of('0') == std::string::npos;
+    while (digits.places.size() > kept_places && digits.places.back() == '0') digits.places.pop_back();
+
+    // From the point to the left; what is left over stands before the first place.
+    std::vector<std::string> left;
+    std::size_t remaining = digits.whole.size();
+    std::size_t first_placeholder = tokens.size();
+    for (std::size_t i = 0; i < point; ++i) {
+        if (is_placeholder(tokens[i])) {
+            first_placeholder = i;
+            break;
+        }
+    }
+    for (std::size_t i = point; i-- > 0;) {
+        if (!is_placeholder(tokens[i])) {
+            left.push_back(tokens[i].literal);
+        } else {
+            if (remaining > 0) {
+                left.emplace_back(1, digits.whole[--remaining]);
+            } else if (tokens[i].kind == '0') {
+                left.emplace_back("0");
+            }
+            if (i == first_placeholder) {
+                left.push_back(digits.whole.substr(0, remaining));
+                remaining = 0;
+            }
+        }
+    }
+    std::string result = number < 0 && !rounded_to_zero ? "-" : "";
+    for (std::size_t i = left.size(); i-- > 0;) result += left[i];
+    result += digits.whole.substr(0, remaining);
+
+    std::size_t place = 0;
+    for (std::size_t i = point; i < tokens.size(); ++i) {
+        if (tokens[i].kind == '.') {
+            if (i == point) result += ',';
+        } else if (!is_placeholder(tokens[i])) {
+            result += tokens[i].literal;
+        } else if (place < digits.places.size()) {
+            result += digits.places[place++];
+        }
+    }
+    return result;
+}
+
+std::string shortest(double number, int digits, char point) {
+    if (std::isnan(number)) return "-1,#IND";
+    if (std::isinf(number)) return number < 0 ? "-1,#INF" : "1,#INF";
+    if (number == 0) return "0";
+    std::array<char, 64> buffer{};
+    const auto [end, error] =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, digits);
+    std::string text(buffer.data(), end);
+    for (char& c : text) {
+        if (c == '.') c = point;
+        if (c == 'e') c = 'E';
+    }
+    return text;
+}
+
+double decimal_of(float number) {
+    if (!std::isfinite(number)) return static_cast<double>(number);
+    std::array<char, 64> buffer{};
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
+    double value = 0;
+    std::from_chars(buffer.data(), written.ptr, value);
+    return value;
+}
+
+// The end of the number that begins at `from`: sign, digits, one separator, digits, exponent; 0 if there is none.
+std::size_t number_end(std::string_view text, std::size_t from, std::string_view separators) {
+    const auto is_digit = [&](std::size_t i) { return i < text.size() && text[i] >= '0' && text[i] <= '9'; };
+    std::size_t i = from;
+    if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
+    std::size_t digits = 0;
+    for (; is_digit(i); ++i) ++digits;
+    if (i < text.size() && separators.find(text[i]) != std::string_view::npos) {
+        ++i;
+        for (; is_digit(i); ++i) ++digits;
+    }
+    if (digits == 0) return 0;
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
+        std::size_t k = i + 1;
+        if (k < text.size() && (text[k] == '+' || text[k] == '-')) ++k;
+        if (is_digit(k)) {
+            while (is_digit(k)) ++k;
+            i = k;
+        }
+    }
+    return i;
+}
+
+double read_number(std::string_view spelled) {
+    std::string text{spelled};
+    for (char& c : text) {
+        if (c == ',') c = '.';
+    }
+    const char* const begin = text.data() + (text.starts_with('+') ? 1 : 0);
+    double value = 0;
+    const auto read = std::from_chars(begin, text.data() + text.size(), value);
+    if (read.ec == std::errc::result_out_of_range) {
+        // Too small is nothing, too large is more than anything.
+        const std::size_t e = text.find_first_of("eE");
+        const bool small = e != std::string::npos && e + 1 < text.size() && text[e + 1] == '-';
+        value = small ? 0.0 : HUGE_VAL;
+        if (text.starts_with('-')) value = -value;
+    }
+    return value;
+}
+
+} // namespace
+
+std::string format(double number, std::string_view picture) { return format_decimal(number, picture); }
+
+// The shortest decimal that reads back decides what is a tie, so the digits are rounded, not the binary value.
+std::string format(float number, std::string_view picture) {
+    const double decimal = decimal_of(number);
+    if (!std::isfinite(decimal)) return format_decimal(decimal, picture);
+    // A nudge far below the float's own precision lifts a decimal tie that the double missed from below.
+    return format_decimal(decimal * (1 + 4e-16), picture);
+}
+
+std::string format(const DateTime& moment, std::string_view picture) {
+    std::string result;
+    const auto put = [&](int number, std::size_t digits) {
+        std::string text = std::to_string(number);
+        if (text.size() < digits) text.insert(0, digits - text.size(), '0');
+        if (digits == 2 && text.size() > 2) text.erase(0, text.size() - 2);
+        result += text;
+    };
+    bool behind_hour = false;
+    for (std::size_t i = 0; i < picture.size();) {
+        const char c = picture[i];
+        std::size_t run = 1;
+        while (i + run < picture.size() && picture[i + run] == c) ++run;
+        const auto later = picture.find_first_not_of(":. ", i + run);
+        const bool before_second = later != std::string_view::npos && picture[later] == 's';
+        switch (c) {
+        case 'd': put(moment.day, std::min<std::size_t>(run, 2)); break;
+        case 'm':
+            if (behind_hour || before_second) {
+                put(moment.minute, std::min<std::size_t>(run, 2));
+            } else {
+                put(moment.month, std::min<std::size_t>(run, 2));
+            }
+            break;
+        case 'n': put(moment.minute, std::min<std::size_t>(run, 2)); break;
+        case 'y': run <= 2 ? put(moment.year % 100, 2) : put(moment.year, 4); break;
+        case 'h': put(moment.hour, std::min<std::size_t>(run, 2)); break;
+        case 's': put(moment.second, std::min<std::size_t>(run, 2)); break;
+        default: result.append(run, c);
+        }
+        if (c == 'h') {
+            behind_hour = true;
+        } else if (std::string_view("dmnys").find(c) != std::string_view::npos) {
+            behind_hour = false;
+        }
+        i += run;
+    }
+    return result;
+}
+
+std::string str(double number) {
+    std::string text = shortest(number, 15, '.');
+    if (text.starts_with("0.")) text.erase(0, 1);
+    if (text.starts_with("-0.")) text.erase(1, 1);
+    return text.starts_with('-') ? text : ' ' + text;
+}
+
+std::string number_text(double number) { return shortest(number, 15, ','); }
+
+std::string number_text(float number) { return shortest(static_cast<double>(number), 7, ','); }
+
+std::optional<double> number_of(std::string_view text) {
+    const std::size_t begin = text.find_first_not_of(' ');
+    if (begin == std::string_view::npos) return std::nullopt;
+    text = text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
+    if (number_end(text, 0, ",.") != text.size()) return std::nullopt;
+    return read_number(text);
+}
+
+double val(std::string_view text) {
+    std::string packed;
+    for (const char c : text) {
+        if (c != ' ') packed += c;
+    }
+    const std::size_t end = number_end(packed, 0, ".");
+    return end == 0 ? 0.0 : read_number(std::string_view(packed).substr(0, end));
+}
+
+double round_to_even(double number) { return std::nearbyint(number); }
+
+} // namespace velorn

@@ -1,0 +1,125 @@
+#include "runtime/variant.h"
+
+#include <algorithm>
+#include <bit>
+#include <type_traits>
+
+namespace velorn {
+
+namespace {
+
+template <class Number>
+void put(Number number, std::string& bytes) {
+    using Bits = std::make_unsigned_t<Number>;
+    auto bits = static_cast<Bits>(number);
+    for (std::size_t i = 0; i < sizeof bits; ++i) {
+        bytes += static_cast<char>(bits & 0xFFU);
+        if constexpr (sizeof bits > 1) bits = static_cast<Bits>(bits >> 8U);
+    }
+}
+
+template <class Number>
+Number get(std::string_view bytes) {
+    using Bits = std::make_unsigned_t<Number>;
+    Bits bits = 0;
+    for (std::size_t i = sizeof bits; i-- > 0;) {
+        bits = static_cast<Bits>((bits << 8U) | static_cast<unsigned char>(bytes[i]));
+    }
+    return static_cast<Number>(bits);
+}
+
+// Bytes of a value of the tag, its length field for a string; -1 for a tag that the format doesn't have.
+int size_of(Variant::Tag tag) {
+    switch (tag) {
+    case Variant::Tag::empty:
+    case Variant::Tag::null: return 0;
+    case Variant::Tag::i16:
+    case Variant::Tag::boolean:
+    case Variant::Tag::string: return 2;
+    case Variant::Tag::i32:
+    case Variant::Tag::f32: return 4;
+    case Variant::Tag::f64:
+    case Variant::Tag::currency:
+    case Variant::Tag::date: return 8;
+    }
+    return -1;
+}
+
+Decoded cut(std::string_view bytes, std::size_t& position, Variant& value) {
+    position = bytes.size();
+    value = Variant();
+    return Decoded::cut;
+}
+
+} // namespace
+
+Decoded decode(std::string_view bytes, std::size_t& position, Variant& value) {
+    const std::string_view rest = bytes.substr(std::min(position, bytes.size()));
+    if (rest.size() < 2) return cut(bytes, position, value);
+    const auto tag = static_cast<Variant::Tag>(get<std::uint16_t>(rest));
+    const int size = size_of(tag);
+    if (size < 0) return Decoded::unknown_tag;
+    const std::string_view body = rest.substr(2);
+    if (body.size() < static_cast<std::size_t>(size)) return cut(bytes, position, value);
+
+    std::size_t used = 2 + static_cast<std::size_t>(size);
+    switch (tag) {
+    case Variant::Tag::empty: value = Variant(); break;
+    case Variant::Tag::null: value = Null{}; break;
+    case Variant::Tag::i16: value = get<std::int16_t>(body); break;
+    case Variant::Tag::i32: value = get<std::int32_t>(body); break;
+    case Variant::Tag::f32: value = std::bit_cast<float>(get<std::uint32_t>(body)); break;
+    case Variant::Tag::f64: value = std::bit_cast<double>(get<std::uint64_t>(body)); break;
+    case Variant::Tag::currency: value = Currency{get<std::int64_t>(body)}; break;
+    case Variant::Tag::date: value = DateSerial{std::bit_cast<double>(get<std::uint64_t>(body))}; break;
+    case Variant::Tag::boolean: value = get<std::uint16_t>(body) != 0; break;
+    case Variant::Tag::string: {
+        const std::size_t length = get<std::uint16_t>(body);
+        if (body.size() < 2 + length) return cut(bytes, position, value);
+        value = std::string(body.substr(2, length));
+        used += length;
+        break;
+    }
+    }
+    position += used;
+    return Decoded::complete;
+}
+
+void encode(const Variant& value, std::string& bytes) {
+    put(static_cast<std::uint16_t>(value.tag()), bytes);
+    value.visit_value([&bytes](const auto& held) {
+        using T = std::decay_t<decltype(held)>;
+        if constexpr (std::is_same_v<T, std::int16_t> || std::is_same_v<T, std::int32_t>) {
+            put(held, bytes);
+        } else if constexpr (std::is_same_v<T, float>) {
+            put(std::bit_cast<std::uint32_t>(held), bytes);
+        } else if constexpr (std::is_same_v<T, double>) {
+            put(std::bit_cast<std::uint64_t>(held), bytes);
+        } else if constexpr (std::is_same_v<T, Currency>) {
+            put(held.ten_thousandths, bytes);
+        } else if constexpr (std::is_same_v<T, DateSerial>) {
+            put(std::bit_cast<std::uint64_t>(held.days), bytes);
+        } else if constexpr (std::is_same_v<T, bool>) {
+            put(static_cast<std::uint16_t>(held ? 0xFFFF : 0), bytes);
+        } else if constexpr (std::is_same_v<T, std::string>) {
+            const std::size_t length = std::min<std::size_t>(held.size(), 0xFFFF);
+            put(static_cast<std::uint16_t>(length), bytes);
+            bytes.append(held, 0, length);
+        }
+    });
+}
+
+Decoded decode_i16(std::string_view bytes, std::size_t& position, std::int16_t& value) {
+    const std::string_view rest = bytes.substr(std::min(position, bytes.size()));
+    if (rest.size() < 2) {
+        position = bytes.size();
+        return Decoded::cut;
+    }
+    value = get<std::int16_t>(rest);
+    position += 2;
+    return Decoded::complete;
+}
+
+void encode_i16(std::int16_t value, std::string& bytes) { put(value, bytes); }
+
+} // namespace velorn
