@@ -6,7 +6,11 @@ namespace velorn {
 
 Commands::Commands(World& world, Module1& module1, SettingsFiles& settings_files, FrmTerminal& frmTerminal,
                    ProgramStart& start, Output& output, Frmftast& frmftast)
-    : world_(world), module1_(module1), settings_files_(settings_files), frmTerminal_(frmTerminal), start_(start),
+    : world_(world),
+      module1_(module1),
+      settings_files_(settings_files),
+      frmTerminal_(frmTerminal),
+      start_(start),
       frmftast_(frmftast) {
     frmTerminal_.mnuFileExit.Click = [this] { mnuFileExit_Click(); };
     frmTerminal_.mnuftast.Click = [this] { mnuftast_Click(); };

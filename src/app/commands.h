@@ -1,5 +1,5 @@
-// The main window's own commands of the menu and the toolbar, wired to what serves them. A command that nothing
-// serves yet has no Click, and views show it greyed.
+// The main window's own commands of the menu and the toolbar, wired to what serves them. A command that
+// nothing serves yet has no Click, and views show it greyed.
 #pragma once
 
 #include "app/program_start.h"

@@ -3,13 +3,18 @@
 namespace velorn {
 
 Program::Program(World given)
-    : world(std::move(given)), frmTerminal(world.loop),
-      settings_files(world.files, world.dialogs, settings, module1.apppfad), waits(world.loop, frmTerminal),
-      MSComm1(world.loop, world.serial), Winsock1(world.tcp), output(module1, frmTerminal, MSComm1, Winsock1),
+    : world(std::move(given)),
+      frmTerminal(world.loop),
+      settings_files(world.files, world.dialogs, settings, module1.apppfad),
+      waits(world.loop, frmTerminal),
+      MSComm1(world.loop, world.serial),
+      Winsock1(world.tcp),
+      output(module1, frmTerminal, MSComm1, Winsock1),
       lamps(frmTerminal, Winsock1),
       port_opening(world.loop, world.dialogs, module1, settings, frmTerminal, MSComm1),
       receive(world.loop, world.files, events, module1, settings, frmTerminal, MSComm1, Winsock1, output),
-      keys(frmTerminal, settings, waits, output), frmftast(settings),
+      keys(frmTerminal, settings, waits, output),
+      frmftast(settings),
       start(world, events, module1, settings, settings_files, frmTerminal, waits, MSComm1),
       commands(world, module1, settings_files, frmTerminal, start, output, frmftast) {}
 

@@ -1,5 +1,5 @@
-// The whole program as one object: the shared state, the one window of each kind, and what happens in them. Nothing
-// lives outside it, so two of them can run in one process without touching each other.
+// The whole program as one object: the shared state, the one window of each kind, and what happens in them.
+// Nothing lives outside it, so two of them can run in one process without touching each other.
 #pragma once
 
 #include "app/commands.h"

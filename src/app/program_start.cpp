@@ -33,8 +33,14 @@ Outcome set_font_size(Property<double>& property, const Variant& value) {
 ProgramStart::ProgramStart(World& world, const Events& events, Module1& module1, Settings& settings,
                            SettingsFiles& settings_files, FrmTerminal& frmTerminal, WaitCounter& waits,
                            MSComm& MSComm1)
-    : world_(world), events_(events), module1_(module1), settings_(settings), settings_files_(settings_files),
-      frmTerminal_(frmTerminal), waits_(waits), MSComm1_(MSComm1) {
+    : world_(world),
+      events_(events),
+      module1_(module1),
+      settings_(settings),
+      settings_files_(settings_files),
+      frmTerminal_(frmTerminal),
+      waits_(waits),
+      MSComm1_(MSComm1) {
     frmTerminal_.Timerglobal.Tick = [this] { Timerglobal_Tick(); };
     frmTerminal_.Timer2.Tick = [this] { frmTerminal_.Timer2.Enabled = false; };
     frmTerminal_.Timer9.Tick = [this] { Timer9_Tick(); };
@@ -135,9 +141,11 @@ Outcome ProgramStart::apply_display_font(std::string& refused) {
 Outcome ProgramStart::apply_to_controls(std::string& refused) {
     if (const Outcome set = apply_display_font(refused); !set) return set;
     refused = "termschrift";
-    if (const Outcome set = set_font_name(frmTerminal_.txtterm.FontName, settings_.termschrift); !set) return set;
+    if (const Outcome set = set_font_name(frmTerminal_.txtterm.FontName, settings_.termschrift); !set)
+        return set;
     refused = "termschriftgr";
-    if (const Outcome set = set_font_size(frmTerminal_.txtterm.FontSize, settings_.termschriftgr); !set) return set;
+    if (const Outcome set = set_font_size(frmTerminal_.txtterm.FontSize, settings_.termschriftgr); !set)
+        return set;
     refused = "comsettings";
     if (const Outcome set = MSComm1_.set_Settings(settings_.comsettings.text()); !set) return set;
 
@@ -164,7 +172,8 @@ void ProgramStart::recover(const std::string& refused) {
         Variant Settings::*value;
     };
     // These the recovery itself leaves as they were read.
-    constexpr Field kept[] = {{"termschrift", &Settings::termschrift}, {"termschriftgr", &Settings::termschriftgr}};
+    constexpr Field kept[] = {{"termschrift", &Settings::termschrift},
+                              {"termschriftgr", &Settings::termschriftgr}};
 
     set_recovery_values(settings_, module1_.apppfad);
     if (!refused_in_this_start_.insert(refused).second) {

@@ -1,8 +1,8 @@
 // How the program starts and how it ends.
 //
-// The main window's Form_Load reads the settings, lays out the window and starts its timers; the serial port opens
-// 1.6 seconds later. There are two ways out, and only one of them saves: closing the window does, the menu's
-// "Beenden" doesn't, so that a collection which it interrupts goes on at the next start.
+// The main window's Form_Load reads the settings, lays out the window and starts its timers; the serial port
+// opens 1.6 seconds later. There are two ways out, and only one of them saves: closing the window does, the
+// menu's "Beenden" doesn't, so that a collection which it interrupts goes on at the next start.
 #pragma once
 
 #include "app/world.h"
@@ -15,8 +15,6 @@
 #include "links/mscomm.h"
 
 #include <set>
-
-
 #include <string>
 
 namespace velorn {
@@ -24,7 +22,8 @@ namespace velorn {
 class ProgramStart {
   public:
     ProgramStart(World& world, const Events& events, Module1& module1, Settings& settings,
-                 SettingsFiles& settings_files, FrmTerminal& frmTerminal, WaitCounter& waits, MSComm& MSComm1);
+                 SettingsFiles& settings_files, FrmTerminal& frmTerminal, WaitCounter& waits,
+                 MSComm& MSComm1);
 
     void Form_Load();
 
@@ -33,8 +32,8 @@ class ProgramStart {
     // Ends the program. Cancel is set when the person calls it off, since data could not be sent.
     void Form_Unload(bool& Cancel);
 
-    // Font and cell size of the mirrored display from the settings; error 380 for what the control refuses, with
-    // the field's name in `refused`.
+    // Font and cell size of the mirrored display from the settings; error 380 for what the control refuses,
+    // with the field's name in `refused`.
     Outcome apply_display_font(std::string& refused);
     // Its colours by `fbfarbe`.
     void apply_display_colours();

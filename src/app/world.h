@@ -1,5 +1,5 @@
-// What a program is given from outside: its loop, its files, its links, the person. Real makes in the desktop,
-// scripted ones in the tests.
+// What a program is given from outside: its loop, its files, its links, the person. Real makes in the
+// desktop, scripted ones in the tests.
 #pragma once
 
 #include "runtime/event_loop.h"

@@ -8,8 +8,8 @@
 namespace velorn {
 
 struct Events {
-    // Text for the open LOG file; raised only while `logdatei` is not 0. The listener asks the person when the
-    // file can't be written, so time may pass inside.
+    // Text for the open LOG file; raised only while `logdatei` is not 0. The listener asks the person when
+    // the file can't be written, so time may pass inside.
     Event<std::string_view> log_text;
 
     // A mark for the site's protocol file, such as "  CONNECT "; raised only while `protokollan` is set.

@@ -10,10 +10,14 @@ namespace velorn {
 namespace {
 
 // A row for a plain member, and one for an element of a control array.
-#define ROW(depth, name, caption)                                                                                  \
-    MenuRow { depth, #name, caption, [](FrmTerminal & f) -> MenuItem& { return f.name; } }
-#define ROW_AT(depth, name, index, caption)                                                                        \
-    MenuRow { depth, #name, caption, [](FrmTerminal & f) -> MenuItem& { return f.name[index]; } }
+#define ROW(depth, name, caption)                                                                            \
+    MenuRow {                                                                                                \
+        depth, #name, caption, [](FrmTerminal& f) -> MenuItem& { return f.name; }                            \
+    }
+#define ROW_AT(depth, name, index, caption)                                                                  \
+    MenuRow {                                                                                                \
+        depth, #name, caption, [](FrmTerminal& f) -> MenuItem& { return f.name[index]; }                     \
+    }
 constexpr MenuRow separator{1, {}, {}, nullptr};
 
 constexpr MenuRow rows[] = {
@@ -114,11 +118,27 @@ constexpr ToolRow tool_rows[] = {
 } // namespace
 
 FrmTerminal::FrmTerminal(EventLoop& loop)
-    : Timerglobal(loop, 1000, true), Timer1(loop, 1000), Timer2(loop, 2000), Timer3(loop, 1200),
-      Timer4(loop, 1000), Timer5(loop, 100, true), Timer6(loop, 1000), Timer7(loop, 100, true),
-      Timer8(loop, 100, true), Timer9(loop, 2000, true), Timer10(loop, 1000), Timer11(loop, 1000),
-      Timer12(loop, 1000, true), Timer20(loop, 1000), Timer23(loop, 1000), Timer24(loop, 1000),
-      Timer25(loop, 1000), Timer26(loop, 400), Timer27(loop, 1000), Timer28(loop, 1000), Timer30(loop, 8000),
+    : Timerglobal(loop, 1000, true),
+      Timer1(loop, 1000),
+      Timer2(loop, 2000),
+      Timer3(loop, 1200),
+      Timer4(loop, 1000),
+      Timer5(loop, 100, true),
+      Timer6(loop, 1000),
+      Timer7(loop, 100, true),
+      Timer8(loop, 100, true),
+      Timer9(loop, 2000, true),
+      Timer10(loop, 1000),
+      Timer11(loop, 1000),
+      Timer12(loop, 1000, true),
+      Timer20(loop, 1000),
+      Timer23(loop, 1000),
+      Timer24(loop, 1000),
+      Timer25(loop, 1000),
+      Timer26(loop, 400),
+      Timer27(loop, 1000),
+      Timer28(loop, 1000),
+      Timer30(loop, 8000),
       Timer31(loop, 20000) {
     for (const MenuRow& row : menu_rows()) {
         if (row.item != nullptr) row.item(*this).Caption = row.caption;

@@ -1,6 +1,6 @@
 // The main window: its controls, timers and flags as one struct. It lives as long as the program; every other
-// window reaches it. What happens in it is told by its parts: links/ (opening, lamps), terminal/ (receiving, keys),
-// app/ (start, end, menu).
+// window reaches it. What happens in it is told by its parts: links/ (opening, lamps), terminal/ (receiving,
+// keys), app/ (start, end, menu).
 #pragma once
 
 #include "runtime/canvas.h"
@@ -19,10 +19,10 @@ struct FrmTerminal;
 
 // One row of the menu tree, in the order in which it is shown.
 struct MenuRow {
-    int depth;                        // 0 a menu of the bar, 1 an item, 2 an item of a submenu
-    std::string_view name;            // the control's name; empty: a separator
-    std::string_view caption;         // cp1252, "&" marks the access key
-    MenuItem& (*item)(FrmTerminal&);  // null for a separator
+    int depth;                       // 0 a menu of the bar, 1 an item, 2 an item of a submenu
+    std::string_view name;           // the control's name; empty: a separator
+    std::string_view caption;        // cp1252, "&" marks the access key
+    MenuItem& (*item)(FrmTerminal&); // null for a separator
 };
 
 // One key of the toolbar, in the order in which it is shown.
@@ -38,15 +38,15 @@ struct FrmTerminal {
     Form form;
 
     // ---- what is shown in the middle ----
-    RichTextBox txtterm;    // what the link delivers
+    RichTextBox txtterm;                       // what the link delivers
     int txtterm_width = 0, txtterm_height = 0; // logical pixels
-    PictureBox Picture1;    // the mirrored display, in its place
-    PictureBox Picture2;    // the ground on which pictures of the controller are drawn
-    RichTextBox txttest10;  // the byte trace
-    TextBox txttovis;       // to a visualisation program
-    TextBox txtprotschreib; // notice: a capture is being written
-    TextBox txtprotwarn;    // notice: there is no file for a capture
-    TextBox txtbattload;    // notice: parameter memory is being read
+    PictureBox Picture1;                       // the mirrored display, in its place
+    PictureBox Picture2;                       // the ground on which pictures of the controller are drawn
+    RichTextBox txttest10;                     // the byte trace
+    TextBox txttovis;                          // to a visualisation program
+    TextBox txtprotschreib;                    // notice: a capture is being written
+    TextBox txtprotwarn;                       // notice: there is no file for a capture
+    TextBox txtbattload;                       // notice: parameter memory is being read
     TextBox txttest1, txttest2, txttest3, txttest4; // carried along; txttest3 shows the seconds
 
     // ---- lamps and labels ----
@@ -56,8 +56,8 @@ struct FrmTerminal {
     Lamp Picture6;                       // TCP connected
     Lamp Picture7, Picture8;             // TCP: receive, send
     Label Label2, Label3, Label4, Label5, Label6, Label7;
-    Image picipunterbr;                  // the TCP connection was interrupted
-    Label Label16;                       // what it says
+    Image picipunterbr; // the TCP connection was interrupted
+    Label Label16;      // what it says
 
     struct StatusBar {
         StatusPanel projekt, Settings, ConnectTime;
@@ -88,26 +88,26 @@ struct FrmTerminal {
     std::array<ToolButton, 19> tool_buttons; // in the order of toolbar_rows()
 
     // ---- timers: interval in ms, and whether they run from the start ----
-    Timer Timerglobal; // seconds counter
-    Timer Timer1;      // no action; on while the port is open
-    Timer Timer2;      // switches itself off
-    Timer Timer3;      // asks to end the connection after remote control ended
-    Timer Timer4;      // starts remote control after CONNECT
-    Timer Timer5;      // the wait counter
-    Timer Timer6;      // modem initialisation
-    Timer Timer7;      // receive lamps back to rest
-    Timer Timer8;      // send lamps back to rest
-    Timer Timer9;      // dialalter, loginalter
-    Timer Timer10;     // countdown of the protocol notices
-    Timer Timer11;     // modem search
-    Timer Timer12;     // TCP state display
-    Timer Timer20;     // ends a TCP connection
+    Timer Timerglobal;               // seconds counter
+    Timer Timer1;                    // no action; on while the port is open
+    Timer Timer2;                    // switches itself off
+    Timer Timer3;                    // asks to end the connection after remote control ended
+    Timer Timer4;                    // starts remote control after CONNECT
+    Timer Timer5;                    // the wait counter
+    Timer Timer6;                    // modem initialisation
+    Timer Timer7;                    // receive lamps back to rest
+    Timer Timer8;                    // send lamps back to rest
+    Timer Timer9;                    // dialalter, loginalter
+    Timer Timer10;                   // countdown of the protocol notices
+    Timer Timer11;                   // modem search
+    Timer Timer12;                   // TCP state display
+    Timer Timer20;                   // ends a TCP connection
     Timer Timer23, Timer24, Timer25; // progress and failure of a TCP connect
-    Timer Timer26;     // opens the serial port after start
-    Timer Timer27;     // continues an interrupted automatic collection
-    Timer Timer28;     // life sign of the visualisation
-    Timer Timer30;     // end of the pause after remote control was left
-    Timer Timer31;     // forced hang-up
+    Timer Timer26;                   // opens the serial port after start
+    Timer Timer27;                   // continues an interrupted automatic collection
+    Timer Timer28;                   // life sign of the visualisation
+    Timer Timer30;                   // end of the pause after remote control was left
+    Timer Timer31;                   // forced hang-up
 
     // ---- flags ----
     bool fernbedaktiv = false; // remote-control mode is on
@@ -118,16 +118,16 @@ struct FrmTerminal {
     std::int16_t fbzustand = 0;         // state of its parser
     bool cursorinv = false;
     int zeichenbreite = 0, zeilenhoehe = 0; // its cells, logical pixels
-    std::int16_t logdatei = 0;  // file number of the open LOG file, 0 for none
-    std::int16_t protdatei = 0; // the same while the protocol file is open
-    std::int16_t protbytes = 0; // characters written by the running capture
-    bool uhrzeitan = false;     // time stamps in terminal output
-    bool visaktiv = false;      // a visualisation program is attached
-    bool batempfang = false;    // parameter memory is being read from the controller
-    bool batblock = false;      // its start mark has been seen
+    std::int16_t logdatei = 0;              // file number of the open LOG file, 0 for none
+    std::int16_t protdatei = 0;             // the same while the protocol file is open
+    std::int16_t protbytes = 0;             // characters written by the running capture
+    bool uhrzeitan = false;                 // time stamps in terminal output
+    bool visaktiv = false;                  // a visualisation program is attached
+    bool batempfang = false;                // parameter memory is being read from the controller
+    bool batblock = false;                  // its start mark has been seen
     std::int16_t tastenrest = 0;
     std::int16_t ticks26 = 0, ticks27 = 0, ticks28 = 0; // tick counters of the timers
-    DateTime verbindungszeit;   // when the serial port was opened
+    DateTime verbindungszeit;                           // when the serial port was opened
 
     // The mirrored screen: columns 0 to 80, rows 0 to 29; plane 0 characters, 1 attributes, 2 repaint marks.
     std::array<std::array<std::array<char, 3>, 30>, 81> schirm{};

@@ -1,5 +1,5 @@
-// The state that windows share. Plain values with the system's own names; start values are those of a fresh start.
-// What the settings files keep lives in core/settings.h.
+// The state that windows share. Plain values with the system's own names; start values are those of a fresh
+// start. What the settings files keep lives in core/settings.h.
 #pragma once
 
 #include <cstdint>
@@ -10,25 +10,25 @@ namespace velorn {
 struct Module1 {
     std::string apppfad; // folder of the program file, without a trailing backslash
 
-    std::int32_t globalsek = 0;   // seconds since the start, or since the window began to close
-    std::int16_t dialalter = 0;   // age of the last dial attempt in ticks of 2 s, up to 1000
-    std::int16_t loginalter = 0;  // the same for the login
+    std::int32_t globalsek = 0;  // seconds since the start, or since the window began to close
+    std::int16_t dialalter = 0;  // age of the last dial attempt in ticks of 2 s, up to 1000
+    std::int16_t loginalter = 0; // the same for the login
 
-    std::string projektname;      // name of the site
-    std::int16_t telindex = -1;   // the selected site in the phone book, -1 for none
+    std::string projektname;    // name of the site
+    std::int16_t telindex = -1; // the selected site in the phone book, -1 for none
 
-    bool protokollan = false;     // the site's protocol file is usable
-    std::string protokollname;    // its path
-    bool protokollaktiv = false;  // a capture is being written to it
+    bool protokollan = false;    // the site's protocol file is usable
+    std::string protokollname;   // its path
+    bool protokollaktiv = false; // a capture is being written to it
 
-    bool tcpoffen = false;        // the TCP link is the active link
-    bool gatewayoffen = false;    // text received over TCP is shown in the terminal
-    bool istip = false;           // the selected entry's number is a host or an address
-    bool modem2versucht = false;  // the second gateway modem has been tried
+    bool tcpoffen = false;            // the TCP link is the active link
+    bool gatewayoffen = false;        // text received over TCP is shown in the terminal
+    bool istip = false;               // the selected entry's number is a host or an address
+    bool modem2versucht = false;      // the second gateway modem has been tried
     std::int16_t verbindungticks = 0; // seconds of the running attempt
 
-    bool trace = false;           // the byte trace into txttest10 is on
-    std::string letzteip;         // the chunk last received over TCP
+    bool trace = false;   // the byte trace into txttest10 is on
+    std::string letzteip; // the chunk last received over TCP
 
     // Waits that the receive path serves.
     bool warteok = false;
@@ -36,20 +36,20 @@ struct Module1 {
     bool warteantwort = false;
     std::int16_t antwortcode = 0; // 1 "ERR", 2 "OKK", 10 "NEUV2.0"
     bool wartefortsetzung = false;
-    std::int32_t dateipos = 0;    // position in the file of a running transfer
-    bool smsprompt = false;       // waits for the prompt "<"
-    bool abbruch = false;         // a running transfer stops
+    std::int32_t dateipos = 0; // position in the file of a running transfer
+    bool smsprompt = false;    // waits for the prompt "<"
+    bool abbruch = false;      // a running transfer stops
 
     bool usernamegesehen = false;
     bool passwordgesehen = false;
     bool usergesendet = false;
     bool passgesendet = false;
 
-    bool empfgrafick = false;     // received text goes to the download window
-    bool empfleeren = false;      // its text is emptied before the next chunk
+    bool empfgrafick = false; // received text goes to the download window
+    bool empfleeren = false;  // its text is emptied before the next chunk
 
-    bool autoverbindung = false;  // automatic collection is dialling
-    bool autolog = false;         // its log is open
+    bool autoverbindung = false; // automatic collection is dialling
+    bool autolog = false;        // its log is open
 };
 
 } // namespace velorn

@@ -16,9 +16,9 @@ std::span<Variant> run(std::array<Variant, N>& many) {
     return many;
 }
 
-#define FIELD(name)                                                                                            \
-    SettingsField {                                                                                            \
-        #name, [](Settings& s) { return run(s.name); }, nullptr                                                \
+#define FIELD(name)                                                                                          \
+    SettingsField {                                                                                          \
+#name, [](Settings & s) { return run(s.name); }, nullptr                                             \
     }
 
 constexpr SettingsField einst_table[] = {

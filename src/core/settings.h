@@ -1,5 +1,5 @@
-// What the three settings files keep: einst.par, datpfad.par and lan.par, in the program's folder. Their values live
-// here as Variants, since the tag that was read is kept until the value changes.
+// What the three settings files keep: einst.par, datpfad.par and lan.par, in the program's folder. Their
+// values live here as Variants, since the tag that was read is kept until the value changes.
 #pragma once
 
 #include "runtime/variant.h"
@@ -14,21 +14,21 @@ namespace velorn {
 
 struct Settings {
     // einst.par
-    std::array<Variant, 5> letztepfade;   // remembered folders of file dialogs; 4 is that of the LOG file
-    std::array<Variant, 5> letztepfade2;  // remembered folders for .psr load commands
-    Variant fbschrift;                    // font of the mirrored display
-    Variant fbschriftgr;                  // its size, points
-    Variant comsettings;                  // MSComm1.Settings
-    Variant comport;                      // MSComm1.CommPort
-    Variant comhandshake;                 // MSComm1.Handshaking
-    Variant comecho;                      // echo option of the port settings
-    Variant anrufer;                      // name of the caller
-    Variant modeminit;                    // modem initialisation, without the leading "AT"
-    Variant telscroll;                    // first visible phone book row
+    std::array<Variant, 5> letztepfade;  // remembered folders of file dialogs; 4 is that of the LOG file
+    std::array<Variant, 5> letztepfade2; // remembered folders for .psr load commands
+    Variant fbschrift;                   // font of the mirrored display
+    Variant fbschriftgr;                 // its size, points
+    Variant comsettings;                 // MSComm1.Settings
+    Variant comport;                     // MSComm1.CommPort
+    Variant comhandshake;                // MSComm1.Handshaking
+    Variant comecho;                     // echo option of the port settings
+    Variant anrufer;                     // name of the caller
+    Variant modeminit;                   // modem initialisation, without the leading "AT"
+    Variant telscroll;                   // first visible phone book row
     Variant einstversion;
-    Variant telefonpfad;                  // path of the phone book
-    std::array<Variant, 13> ftast;        // texts of F1 to F12, index 1 to 12
-    std::array<Variant, 13> altftast;     // the same with Ctrl held
+    Variant telefonpfad;              // path of the phone book
+    std::array<Variant, 13> ftast;    // texts of F1 to F12, index 1 to 12
+    std::array<Variant, 13> altftast; // the same with Ctrl held
     Variant einstversion2;
     std::int16_t telzeile = 0;            // selected phone book row, -1 for none
     Variant termschrift;                  // font of the terminal
@@ -47,14 +47,14 @@ struct Settings {
     std::array<Variant, 601> datpfade;
 
     // lan.par
-    Variant lanport;                      // TCP port
+    Variant lanport; // TCP port
     Variant lanreserve;
-    Variant lanaktiv;                     // 1: TCP is the chosen way
+    Variant lanaktiv; // 1: TCP is the chosen way
     Variant loginuser, loginpass;
-    Variant loginauto;                    // true: log in by itself
-    Variant autoholnr;                    // phone book index where a collection goes on, 0 for none
-    Variant autoholpfad;                  // path of the collection log
-    std::array<Variant, 4> lanfrei;       // lanfrei1 to lanfrei4, kept as they stand
+    Variant loginauto;              // true: log in by itself
+    Variant autoholnr;              // phone book index where a collection goes on, 0 for none
+    Variant autoholpfad;            // path of the collection log
+    std::array<Variant, 4> lanfrei; // lanfrei1 to lanfrei4, kept as they stand
 };
 
 // A field of a file, in file order. Most are runs of Variants; telzeile is the one plain i16.

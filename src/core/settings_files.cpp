@@ -71,12 +71,12 @@ Variant clamped(const Variant& value, const Variant& least, const Variant& most)
     return value > most ? most : value < least ? least : value;
 }
 
-// What happens behind a field: first what is done with it, then the version step that decides whether the fields
-// after it are there yet.
+// What happens behind a field: first what is done with it, then the version step that decides whether the
+// fields after it are there yet.
 struct Step {
-    std::string_view behind;            // the field after which the version is tested
-    Variant Settings::*version;         // which version field
-    std::int16_t number;                // below it, it is set to it
+    std::string_view behind;    // the field after which the version is tested
+    Variant Settings::*version; // which version field
+    std::int16_t number;        // below it, it is set to it
     void (*defaults)(Settings&, const std::string& apppfad);
     bool starts_over;
 };
@@ -86,7 +86,8 @@ constexpr Step steps[] = {
     {"einstversion", &Settings::einstversion, 3,
      [](Settings& s, const std::string& apppfad) { s.telefonpfad = apppfad + "\\telefon.par"; }, true},
     {"telefonpfad", &Settings::einstversion, 4, first_function_keys, true},
-    {"einstversion2", &Settings::einstversion2, 10, [](Settings& s, const std::string&) { s.telzeile = -1; }, true},
+    {"einstversion2", &Settings::einstversion2, 10, [](Settings& s, const std::string&) { s.telzeile = -1; },
+     true},
     {"telzeile", &Settings::einstversion2, 11,
      [](Settings& s, const std::string&) {
          s.termschrift = "Courier";
@@ -155,10 +156,12 @@ Result<SettingsFiles::Pass> SettingsFiles::read_einst(const Effects& effects) {
     }
     std::size_t position = 0;
     for (const SettingsField& field : einst_fields()) {
-        if (const Outcome read = decode_field(field, bytes, position, settings_); !read) return read.failure();
+        if (const Outcome read = decode_field(field, bytes, position, settings_); !read)
+            return read.failure();
 
         if (field.name == "fbfarbe" && effects.colours) effects.colours();
-        if (field.name == "zeichenabstand") settings_.zeichenabstand = clamped(settings_.zeichenabstand, 0.75, 1.25);
+        if (field.name == "zeichenabstand")
+            settings_.zeichenabstand = clamped(settings_.zeichenabstand, 0.75, 1.25);
         if (field.name == "korrinv") {
             settings_.korrinv = clamped(settings_.korrinv, std::int16_t{-5}, std::int16_t{5});
         }
@@ -182,10 +185,12 @@ Outcome SettingsFiles::read_rest() {
         const std::optional<std::string>* unsaved;
     };
     static const std::optional<std::string> none;
-    const File rest[] = {{datpfad_path(), datpfad_fields(), &none}, {lan_path(), lan_fields(), &unsaved_lan_}};
+    const File rest[] = {{datpfad_path(), datpfad_fields(), &none},
+                         {lan_path(), lan_fields(), &unsaved_lan_}};
     for (const File& file : rest) {
         if (*file.unsaved) {
-            if (const Outcome read = decode_fields(file.fields, **file.unsaved, settings_); !read) return read;
+            if (const Outcome read = decode_fields(file.fields, **file.unsaved, settings_); !read)
+                return read;
             continue;
         }
         if (const Outcome there = ensure_exists(files_, file.path); !there) return there;
@@ -205,8 +210,8 @@ void SettingsFiles::saveeinst() {
     }
 }
 
-// The first rewrite of a start comes before the two other files would be read in their turn; what stands in them
-// must not be lost.
+// The first rewrite of a start comes before the two other files would be read in their turn; what stands in
+// them must not be lost.
 void SettingsFiles::save_during_start() {
     if (!rest_is_read_) {
         (void)read_rest();

@@ -1,12 +1,13 @@
-// Reading and writing the three settings files in the program's folder, and bringing an older einst.par up to date.
+// Reading and writing the three settings files in the program's folder, and bringing an older einst.par up to
+// date.
 //
-// einst.par grew by appending fields, and its two version fields tell how far a file goes. A file of any age is
-// brought up by one step for each pass: the step sets the version, gives the new fields their defaults, rewrites the
-// files, and the reading starts over.
+// einst.par grew by appending fields, and its two version fields tell how far a file goes. A file of any age
+// is brought up by one step for each pass: the step sets the version, gives the new fields their defaults,
+// rewrites the files, and the reading starts over.
 //
-// A value that is missing or cut off at the end of a file reads as Empty; an unknown tag is error 13. Each file is
-// replaced as a whole: a kill at any moment leaves its complete old or complete new content. Files are never
-// shortened; stale bytes behind the last record stay and are never read.
+// A value that is missing or cut off at the end of a file reads as Empty; an unknown tag is error 13. Each
+// file is replaced as a whole: a kill at any moment leaves its complete old or complete new content. Files
+// are never shortened; stale bytes behind the last record stay and are never read.
 #pragma once
 
 #include "core/settings.h"
@@ -62,8 +63,8 @@ class SettingsFiles {
 
     bool starting_ = false;
     bool rest_is_read_ = false; // the two other files were read before the first rewrite of this start
-    // A file that couldn't be rewritten in this start is read from what would stand in it, so that the upgrade goes
-    // on; the failure is shown once.
+    // A file that couldn't be rewritten in this start is read from what would stand in it, so that the
+    // upgrade goes on; the failure is shown once.
     std::optional<std::string> unsaved_einst_;
     std::optional<std::string> unsaved_lan_;
 };

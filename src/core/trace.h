@@ -7,8 +7,8 @@
 
 namespace velorn {
 
-// At the selection point of txttest10. The oldest lines go when the trace grows past the size of the terminal, so
-// that a trace left on cannot fill the memory.
+// At the selection point of txttest10. The oldest lines go when the trace grows past the size of the
+// terminal, so that a trace left on cannot fill the memory.
 void trace_bytes(FrmTerminal& frmTerminal, std::string_view prefix, std::string_view bytes);
 
 inline constexpr std::string_view sent_prefix = "        out: ";

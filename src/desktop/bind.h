@@ -1,5 +1,5 @@
-// Binding widgets to controls: what the control holds is shown, what the person does is handed on. Every widget
-// bears its control's name.
+// Binding widgets to controls: what the control holds is shown, what the person does is handed on. Every
+// widget bears its control's name.
 #pragma once
 
 #include "desktop/text_rim.h"

@@ -57,7 +57,8 @@ void LampView::paintEvent(QPaintEvent*) {
     painter.drawEllipse(light);
     if (red) {
         painter.setPen(QPen(Qt::white, 2, Qt::SolidLine, Qt::RoundCap));
-        painter.drawLine(QPointF(light.left() + 3, light.center().y()), QPointF(light.right() - 3, light.center().y()));
+        painter.drawLine(QPointF(light.left() + 3, light.center().y()),
+                         QPointF(light.right() - 3, light.center().y()));
     }
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(rect().adjusted(diameter + space::small, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
@@ -75,7 +76,7 @@ bool LampView::event(QEvent* event) {
         const auto* help = static_cast<QHelpEvent*>(event);
         const bool over_lamp = lamp_rect().contains(help->pos());
         const std::string& text = over_lamp || label_.ToolTipText.get().empty() ? lamp_.ToolTipText.get()
-                                                                               : label_.ToolTipText.get();
+                                                                                : label_.ToolTipText.get();
         QToolTip::showText(help->globalPos(), to_qstring(text), this);
         return true;
     }

@@ -1,5 +1,5 @@
-// A lamp with its label: a round light in the control's colour, in tones that can be told apart on light and dark
-// grounds, and by people who don't tell red from green: a lamp that is red bears a bar.
+// A lamp with its label: a round light in the control's colour, in tones that can be told apart on light and
+// dark grounds, and by people who don't tell red from green: a lamp that is red bears a bar.
 #pragma once
 
 #include "runtime/controls.h"

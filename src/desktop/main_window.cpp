@@ -27,7 +27,9 @@ QString name_of_key(std::string_view key) {
 }
 
 // A command that nothing serves yet is greyed, whatever its Enabled says.
-bool is_usable(const Control& control, const std::function<void()>& click) { return control.Enabled && click; }
+bool is_usable(const Control& control, const std::function<void()>& click) {
+    return control.Enabled && click;
+}
 
 QFrame* vertical_line(QWidget* parent) {
     auto* line = new QFrame(parent);
@@ -82,7 +84,8 @@ void MainWindow::build_menu() {
         MenuItem& item = row.item(f);
         const auto* const next = &row + 1;
         const bool opens_submenu =
-            row.depth == 0 || (next != std::to_address(FrmTerminal::menu_rows().end()) && next->depth > row.depth);
+            row.depth == 0 ||
+            (next != std::to_address(FrmTerminal::menu_rows().end()) && next->depth > row.depth);
         if (opens_submenu) {
             QMenu* menu = row.depth == 0 ? menuBar()->addMenu(QString()) : menus[0]->addMenu(QString());
             menus[row.depth] = menu;
@@ -229,8 +232,10 @@ void MainWindow::build_lamps() {
     plug->setIconSize(QSize(20, 20));
     const auto show_plug = [this, plug, &f] {
         const bool connected = f.imgConnected.Visible;
-        plug->setIcon(icon(connected ? QStringLiteral("connected") : QStringLiteral("notconnected"), palette()));
-        plug->setToolTip(connected ? QStringLiteral("COM-Anschluß schließen") : QStringLiteral("COM-Anschluß öffnen"));
+        plug->setIcon(
+            icon(connected ? QStringLiteral("connected") : QStringLiteral("notconnected"), palette()));
+        plug->setToolTip(connected ? QStringLiteral("COM-Anschluß schließen")
+                                   : QStringLiteral("COM-Anschluß öffnen"));
         plug->setAccessibleName(plug->toolTip());
     };
     f.imgNotConnected.on_change = show_plug;
@@ -276,8 +281,9 @@ void MainWindow::build_lamps() {
     });
     row->addWidget(broken);
     row->addStretch(1);
-    for (const auto& [box, name] : {std::pair{&f.txtprotschreib, "txtprotschreib"},
-                                    std::pair{&f.txtprotwarn, "txtprotwarn"}, std::pair{&f.txtbattload, "txtbattload"}}) {
+    for (const auto& [box, name] :
+         {std::pair{&f.txtprotschreib, "txtprotschreib"}, std::pair{&f.txtprotwarn, "txtprotwarn"},
+          std::pair{&f.txtbattload, "txtbattload"}}) {
         auto* label = new QLabel(lamps);
         bind_notice(*box, label, name);
         row->addWidget(label);

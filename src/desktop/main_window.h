@@ -1,6 +1,7 @@
-// The main window on screen: menu and toolbar above, the terminal in the middle, lamps and panels below. It shows
-// what FrmTerminal holds and hands on what the person does; no rule of the system lives here. What the person does
-// is queued in the event loop, so that no procedure of the system ever waits inside a toolkit's event.
+// The main window on screen: menu and toolbar above, the terminal in the middle, lamps and panels below. It
+// shows what FrmTerminal holds and hands on what the person does; no rule of the system lives here. What the
+// person does is queued in the event loop, so that no procedure of the system ever waits inside a toolkit's
+// event.
 #pragma once
 
 #include "app/program.h"

@@ -178,8 +178,8 @@ void MSComm::data_arrived() {
     const int count = InBufferCount();
     if (r_threshold_ == 0 || count == 0 || count < r_threshold_) return;
     raise(velorn::CommEvent::receive);
-    // The port doesn't announce again what it has announced: the rest of a large arrival gets its own event, after
-    // whatever else is due.
+    // The port doesn't announce again what it has announced: the rest of a large arrival gets its own event,
+    // after whatever else is due.
     if (const int left = InBufferCount(); left > 0 && left < count) {
         loop_.post([this] { data_arrived(); });
     }

@@ -1,6 +1,7 @@
 // The serial port control MSComm1: the properties that the system knows, over a port of the machine.
 //
-// Properties that can refuse a value are set by functions that return an Outcome; what was refused changes nothing.
+// Properties that can refuse a value are set by functions that return an Outcome; what was refused changes
+// nothing.
 #pragma once
 
 #include "runtime/event_loop.h"
@@ -39,8 +40,8 @@ class MSComm {
     Outcome set_Handshaking(int number);
 
     bool PortOpen() const { return port_.is_open(); }
-    // Opening fails with 8002 (not there), 8005 (in use or open already), 70 or 57; the text says why. Closing what
-    // is closed does nothing.
+    // Opening fails with 8002 (not there), 8005 (in use or open already), 70 or 57; the text says why.
+    // Closing what is closed does nothing.
     Outcome set_PortOpen(bool open);
 
     // The input buffer as bytes: the whole of it with InputLen 0, else the oldest InputLen bytes.

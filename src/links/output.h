@@ -15,8 +15,8 @@ class Output {
     Output(Module1& module1, FrmTerminal& frmTerminal, MSComm& MSComm1, Winsock& Winsock1)
         : module1_(module1), frmTerminal_(frmTerminal), MSComm1_(MSComm1), Winsock1_(Winsock1) {}
 
-    // Bytes as they are; adds nothing, waits for nothing. Takes TCP if `tcpoffen` is set, else the serial port. On a
-    // link that is closed or broken the text is lost; on TCP picipunterbr then shows.
+    // Bytes as they are; adds nothing, waits for nothing. Takes TCP if `tcpoffen` is set, else the serial
+    // port. On a link that is closed or broken the text is lost; on TCP picipunterbr then shows.
     void sendetext(std::string_view text);
 
     // Either way out is open, as far as keys are concerned.

@@ -13,8 +13,13 @@ constexpr std::string_view cannot_open = "Com-Port läßt sich nicht öffnen, Ei
 
 PortOpening::PortOpening(EventLoop& loop, Dialogs& dialogs, Module1& module1, const Settings& settings,
                          FrmTerminal& frmTerminal, MSComm& MSComm1)
-    : loop_(loop), dialogs_(dialogs), module1_(module1), settings_(settings), frmTerminal_(frmTerminal),
-      MSComm1_(MSComm1), watch_(loop, watch_ms) {
+    : loop_(loop),
+      dialogs_(dialogs),
+      module1_(module1),
+      settings_(settings),
+      frmTerminal_(frmTerminal),
+      MSComm1_(MSComm1),
+      watch_(loop, watch_ms) {
     frmTerminal_.mnuOpen.Click = [this] { mnuOpen_Click(); };
     frmTerminal_.imgConnected.Click = frmTerminal_.imgNotConnected.Click = [this] { mnuOpen_Click(); };
     frmTerminal_.Label4.Click = [this] { mnuOpen_Click(); };

@@ -1,4 +1,5 @@
-// Opening and closing the serial port: by hand, after the start, and again when a port that had gone comes back.
+// Opening and closing the serial port: by hand, after the start, and again when a port that had gone comes
+// back.
 #pragma once
 
 #include "core/frm_terminal.h"

@@ -1,5 +1,5 @@
-// The TCP control Winsock1 over a socket of the machine. How a connection is asked for is the dialling's business;
-// what arrives goes to the receive path.
+// The TCP control Winsock1 over a socket of the machine. How a connection is asked for is the dialling's
+// business; what arrives goes to the receive path.
 #pragma once
 
 #include "runtime/outside.h"

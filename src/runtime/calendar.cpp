@@ -14,7 +14,9 @@ constexpr double ms_per_day = 86'400'000.0;
 
 void append_digits(std::string& text, int number, int digits) {
     std::string spelled = std::to_string(number);
-    text.append(spelled.size() < static_cast<std::size_t>(digits) ? static_cast<std::size_t>(digits) - spelled.size() : 0,
+    text.append(spelled.size() < static_cast<std::size_t>(digits)
+                    ? static_cast<std::size_t>(digits) - spelled.size()
+                    : 0,
                 '0');
     text += spelled;
 }
@@ -30,15 +32,16 @@ long days_from_civil(int y, int m, int d) {
 
 DateSerial serial_of(const DateTime& moment) {
     const double days = static_cast<double>(days_of(moment));
-    const double fraction = (((moment.hour * 60.0 + moment.minute) * 60.0 + moment.second) * 1000.0 + moment.millisecond) /
-                            ms_per_day;
+    const double fraction =
+        (((moment.hour * 60.0 + moment.minute) * 60.0 + moment.second) * 1000.0 + moment.millisecond) /
+        ms_per_day;
     // Before the epoch the fraction still counts forward from midnight, away from zero.
     return {days < 0 ? days - fraction : days + fraction};
 }
 
 Result<DateTime> date_time_of(DateSerial serial) {
-    constexpr double least = -657'435;    // below 1.1.100
-    constexpr double beyond = 2'958'466;  // 1.1.10000
+    constexpr double least = -657'435;   // below 1.1.100
+    constexpr double beyond = 2'958'466; // 1.1.10000
     if (!(serial.days > least) || !(serial.days < beyond)) return failure(RunTimeError::overflow);
     double whole = std::trunc(serial.days);
     auto ms = static_cast<std::int64_t>(std::llround(std::fabs(serial.days - whole) * ms_per_day));

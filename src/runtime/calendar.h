@@ -9,8 +9,8 @@
 
 namespace velorn {
 
-// A moment on the wall clock, in local time. Ranges: year 100 to 9999, month 1 to 12, day 1 to the month's length,
-// hour 0 to 23, minute and second 0 to 59, millisecond 0 to 999.
+// A moment on the wall clock, in local time. Ranges: year 100 to 9999, month 1 to 12, day 1 to the month's
+// length, hour 0 to 23, minute and second 0 to 59, millisecond 0 to 999.
 struct DateTime {
     int year = 1899;
     int month = 12;

@@ -2,7 +2,6 @@
 
 #include "runtime/number_picture.h"
 
-
 namespace velorn {
 
 namespace {

@@ -1,6 +1,6 @@
-// Where pictures are drawn: an image on screen, a printer page, or a recorder that tests read. Units are whole
-// logical pixels, the origin is at the top left, boxes are half-open: a box from (x1, y1) to (x2, y2) holds the
-// pixels x1 <= x < x2, y1 <= y < y2.
+// Where pictures are drawn: an image on screen, a printer page, or a recorder that tests read. Units are
+// whole logical pixels, the origin is at the top left, boxes are half-open: a box from (x1, y1) to (x2, y2)
+// holds the pixels x1 <= x < x2, y1 <= y < y2.
 #pragma once
 
 #include "runtime/controls.h"
@@ -12,7 +12,7 @@
 namespace velorn {
 
 struct CanvasFont {
-    std::string name;  // cp1252; a font that isn't there shows as the system's fixed font
+    std::string name; // cp1252; a font that isn't there shows as the system's fixed font
     double points = 12;
     bool operator==(const CanvasFont&) const = default;
 };
@@ -48,7 +48,8 @@ class RecorderCanvas final : public Canvas {
     std::vector<std::string> strokes_;
 };
 
-// A box that is drawn into. What it shows while no canvas is attached is lost; its owner draws anew when one comes.
+// A box that is drawn into. What it shows while no canvas is attached is lost; its owner draws anew when one
+// comes.
 struct PictureBox : Control {
     Property<std::string> FontName{*this, "Courier New"};
     Property<double> FontSize{*this, 14.0}; // points

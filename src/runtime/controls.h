@@ -1,6 +1,6 @@
 // Controls: what a window is made of, without a toolkit. A window is a plain struct of these, and its event
-// procedures. Setting a property fires the control's event within the assignment and tells the view, if one is
-// attached. Texts are cp1252; colours are the system's blue-green-red numbers (0xFF0000 is blue).
+// procedures. Setting a property fires the control's event within the assignment and tells the view, if one
+// is attached. Texts are cp1252; colours are the system's blue-green-red numbers (0xFF0000 is blue).
 #pragma once
 
 #include <functional>
@@ -14,7 +14,7 @@ using Colour = unsigned; // 0xBBGGRR
 
 namespace colour {
 inline constexpr Colour black = 0x000000;
-inline constexpr Colour red = 0x0000FF; // 255
+inline constexpr Colour red = 0x0000FF;   // 255
 inline constexpr Colour green = 0x00FF00; // 65280
 inline constexpr Colour blue = 0xFF0000;
 inline constexpr Colour cyan = 0xFFFF00;
@@ -24,8 +24,8 @@ constexpr Colour rgb(unsigned r, unsigned g, unsigned b) { return r | (g << 8U) 
 
 class Control;
 
-// One property of a control: read like a value, assigned like a value. An assignment that changes nothing tells
-// nobody.
+// One property of a control: read like a value, assigned like a value. An assignment that changes nothing
+// tells nobody.
 template <class T>
 class Property {
   public:

@@ -1,5 +1,5 @@
-// News goes up: a lower floor raises a named event, an upper one listens. Listeners are called in the order in
-// which they were connected, within the raise.
+// News goes up: a lower floor raises a named event, an upper one listens. Listeners are called in the order
+// in which they were connected, within the raise.
 #pragma once
 
 #include <functional>

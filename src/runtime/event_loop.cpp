@@ -30,7 +30,8 @@ bool EventLoop::wait_until(const Condition& condition, std::source_location wher
 }
 
 void EventLoop::run(std::source_location where) {
-    while (wait_until([] { return false; }, where)) {}
+    while (wait_until([] { return false; }, where)) {
+    }
 }
 
 void EventLoop::end() { ended_ = true; }

@@ -1,12 +1,12 @@
 // The one event loop: the program's clock, its queue of due work, and the only way to wait.
 //
-// There is one thread. Long procedures wait by turning this loop from inside; waits nest strictly, the last one
-// begun ends first. What is due is run in order of time, and at equal times in order of issue. Two makes exist: one
-// that lives with the toolkit, and a virtual one whose clock jumps to the next due piece of work, so that hours
-// pass in milliseconds and the same way every time.
+// There is one thread. Long procedures wait by turning this loop from inside; waits nest strictly, the last
+// one begun ends first. What is due is run in order of time, and at equal times in order of issue. Two makes
+// exist: one that lives with the toolkit, and a virtual one whose clock jumps to the next due piece of work,
+// so that hours pass in milliseconds and the same way every time.
 //
-// When the program ends, every wait returns false at once, from the innermost to the outermost; a procedure whose
-// wait says false returns without doing anything more.
+// When the program ends, every wait returns false at once, from the innermost to the outermost; a procedure
+// whose wait says false returns without doing anything more.
 #pragma once
 
 #include "runtime/calendar.h"
@@ -70,11 +70,12 @@ class EventLoop {
     const std::vector<Waiter>& waiters() const { return waiters_; }
 
   protected:
-    // Rests until the given time, or until something arrives from outside, and takes in what has arrived. No time:
-    // nothing is queued.
+    // Rests until the given time, or until something arrives from outside, and takes in what has arrived. No
+    // time: nothing is queued.
     virtual void rest(std::optional<std::int64_t> until_ms) = 0;
 
-    // Called between two pieces of work that are both due, so that news from outside isn't kept out by a flood.
+    // Called between two pieces of work that are both due, so that news from outside isn't kept out by a
+    // flood.
     virtual void take_in() {}
 
   private:

@@ -1,7 +1,7 @@
 // Files as the system knows them: binary, with one-based positions, reached by stored paths.
 //
-// A path here is a stored path in cp1252: a Windows path, or elsewhere also a path of the system's own. Files maps
-// it (see runtime/paths.h) when it opens. Everything that can fail in the field gives a Failure.
+// A path here is a stored path in cp1252: a Windows path, or elsewhere also a path of the system's own. Files
+// maps it (see runtime/paths.h) when it opens. Everything that can fail in the field gives a Failure.
 #pragma once
 
 #include "runtime/failure.h"
@@ -34,8 +34,8 @@ class BinaryFile {
     // Up to `count` bytes from the one-based position on; fewer at the end of the file, none behind it.
     virtual Result<std::string> read(std::int64_t position, std::int64_t count) = 0;
 
-    // Writes all bytes at the one-based position; a gap behind the end is filled with zeros. Error 61 when the disk
-    // is full. In append mode the position is not looked at.
+    // Writes all bytes at the one-based position; a gap behind the end is filled with zeros. Error 61 when
+    // the disk is full. In append mode the position is not looked at.
     virtual Outcome write(std::int64_t position, std::string_view bytes) = 0;
 
     // What was written has reached the disk.
@@ -68,10 +68,10 @@ Outcome ensure_exists(Files& files, std::string_view path);
 // Appends to the file's end, creating it when missing.
 Outcome append_to(Files& files, std::string_view path, std::string_view bytes);
 
-// Puts new content into a file so that a kill or a power cut at any moment leaves the old or the new content, never
-// a mix. The bytes are those of a plain overwrite: where the new content is shorter, the old file's tail stays
-// behind it. Goes through a neighbour "<path>.neu", which an interrupted run may leave behind and the next one
-// overwrites.
+// Puts new content into a file so that a kill or a power cut at any moment leaves the old or the new content,
+// never a mix. The bytes are those of a plain overwrite: where the new content is shorter, the old file's
+// tail stays behind it. Goes through a neighbour "<path>.neu", which an interrupted run may leave behind and
+// the next one overwrites.
 Outcome replace_content(Files& files, std::string_view path, std::string_view content);
 
 } // namespace velorn

@@ -18,8 +18,8 @@ struct Digits {
     std::string places;
 };
 
-// Rounds half away from zero on the exact value. A binary number that isn't exactly between two decimals is at least
-// 17 digits away from there, so 25 more places tell a tie from its neighbours.
+// Rounds half away from zero on the exact value. A binary number that isn't exactly between two decimals is
+// at least 17 digits away from there, so 25 more places tell a tie from its neighbours.
 Digits rounded_digits(double magnitude, std::size_t places) {
     constexpr std::size_t further = 25;
     std::vector<char> buffer(400 + places + further);
@@ -83,7 +83,8 @@ std::string format_decimal(double number, std::string_view picture) {
         if (tokens[i].kind == '0') kept_places = places;
     }
     Digits digits = rounded_digits(std::fabs(number), places);
-    const bool rounded_to_zero = digits.whole.empty() && digits.places.find_first_not_of('0') == std::string::npos;
+    const bool rounded_to_zero =
+        digits.whole.empty() && digits.places.find_first_not_of('0') == std::string::npos;
     while (digits.places.size() > kept_places && digits.places.back() == '0') digits.places.pop_back();
 
     // From the point to the left; what is left over stands before the first place.
@@ -133,8 +134,8 @@ std::string shortest(double number, int digits, char point) {
     if (std::isinf(number)) return number < 0 ? "-1,#INF" : "1,#INF";
     if (number == 0) return "0";
     std::array<char, 64> buffer{};
-    const auto [end, error] =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, digits);
+    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                            std::chars_format::general, digits);
     std::string text(buffer.data(), end);
     for (char& c : text) {
         if (c == '.') c = point;
@@ -152,7 +153,8 @@ double decimal_of(float number) {
     return value;
 }
 
-// The end of the number that begins at `from`: sign, digits, one separator, digits, exponent; 0 if there is none.
+// The end of the number that begins at `from`: sign, digits, one separator, digits, exponent; 0 if there is
+// none.
 std::size_t number_end(std::string_view text, std::size_t from, std::string_view separators) {
     const auto is_digit = [&](std::size_t i) { return i < text.size() && text[i] >= '0' && text[i] <= '9'; };
     std::size_t i = from;
@@ -197,7 +199,8 @@ double read_number(std::string_view spelled) {
 
 std::string format(double number, std::string_view picture) { return format_decimal(number, picture); }
 
-// The shortest decimal that reads back decides what is a tie, so the digits are rounded, not the binary value.
+// The shortest decimal that reads back decides what is a tie, so the digits are rounded, not the binary
+// value.
 std::string format(float number, std::string_view picture) {
     const double decimal = decimal_of(number);
     if (!std::isfinite(decimal)) return format_decimal(decimal, picture);

@@ -1,6 +1,6 @@
-// The outside world in small pieces: what the machine and the person can do for the program. Real makes live with
-// the toolkit, scripted ones with the tests. Everything here is called from the one thread; what arrives is
-// announced through the callbacks, from within the event loop and never from within a call of ours.
+// The outside world in small pieces: what the machine and the person can do for the program. Real makes live
+// with the toolkit, scripted ones with the tests. Everything here is called from the one thread; what arrives
+// is announced through the callbacks, from within the event loop and never from within a call of ours.
 #pragma once
 
 #include "runtime/failure.h"
@@ -29,8 +29,8 @@ class SerialPort {
   public:
     virtual ~SerialPort() = default;
 
-    // Opens the device of a port number 1 to 255. Errors, with the reason in the text: 8002 not there, 8005 in use,
-    // 70 no permission, 57 otherwise.
+    // Opens the device of a port number 1 to 255. Errors, with the reason in the text: 8002 not there, 8005
+    // in use, 70 no permission, 57 otherwise.
     virtual Outcome open(int com_port, const SerialSettings& settings, Handshake handshake) = 0;
     virtual void close() = 0;
     virtual bool is_open() const = 0;
@@ -50,8 +50,8 @@ class SerialPort {
 
     virtual void set_dtr(bool on) = 0;
     struct Lines {
-        bool carrier = false;       // CD
-        bool clear_to_send = false; // CTS
+        bool carrier = false;        // CD
+        bool clear_to_send = false;  // CTS
         bool data_set_ready = false; // DSR
     };
     virtual Lines lines() = 0;
@@ -113,14 +113,14 @@ struct FileQuestion {
     bool saving = false;
 };
 
-// Boxes and dialogs. Each call opens one and turns the event loop until it is answered; reception goes on behind
-// it. When the program ends meanwhile, the answer is that of cancelling.
+// Boxes and dialogs. Each call opens one and turns the event loop until it is answered; reception goes on
+// behind it. When the program ends meanwhile, the answer is that of cancelling.
 class Dialogs {
   public:
     virtual ~Dialogs() = default;
 
-    // `code` holds the platform's button number (0 OK, 1 OK/Cancel, 2 Abort/Retry/Ignore, 3 Yes/No/Cancel, 4 Yes/No,
-    // 5 Retry/Cancel) plus its icon number (16 stop, 32 question, 48 exclamation, 64 information).
+    // `code` holds the platform's button number (0 OK, 1 OK/Cancel, 2 Abort/Retry/Ignore, 3 Yes/No/Cancel, 4
+    // Yes/No, 5 Retry/Cancel) plus its icon number (16 stop, 32 question, 48 exclamation, 64 information).
     virtual Answer message_box(std::string_view text, int code, std::string_view title = "Velorn") = 0;
 
     // Nothing when cancelled.

@@ -1,5 +1,6 @@
-// A text control for long texts, such as the terminal. Holds cp1252 bytes, a selection where output goes, and the
-// colour of what is inserted next. It hands on edits ("inserted here, removed there"), never its whole text.
+// A text control for long texts, such as the terminal. Holds cp1252 bytes, a selection where output goes, and
+// the colour of what is inserted next. It hands on edits ("inserted here, removed there"), never its whole
+// text.
 //
 // The selection is that of the program, not of the person who reads: a view keeps its own.
 #pragma once

@@ -55,7 +55,10 @@ std::optional<std::string> cp1252_from_utf8(std::string_view utf8) {
     for (std::size_t i = 0; i < utf8.size();) {
         const auto lead = static_cast<unsigned char>(utf8[i]);
         // Nothing above the basic plane is in cp1252, so three bytes are the longest that matter.
-        const std::size_t length = lead < 0x80 ? 1 : lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3 : 0;
+        const std::size_t length = lead < 0x80                   ? 1
+                                   : lead >= 0xC2 && lead < 0xE0 ? 2
+                                   : lead >= 0xE0 && lead < 0xF0 ? 3
+                                                                 : 0;
         if (length == 0 || i + length > utf8.size()) return std::nullopt;
         char32_t code = length == 1 ? lead : length == 2 ? lead & 0x1FU : lead & 0x0FU;
         for (std::size_t k = 1; k < length; ++k) {

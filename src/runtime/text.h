@@ -1,5 +1,6 @@
 // Text inside the house: a std::string of cp1252 bytes. A received byte, a file byte and a character are the
-// same number. Unicode exists only at the rim (the windows, velorn.ini), and is converted here and nowhere else.
+// same number. Unicode exists only at the rim (the windows, velorn.ini), and is converted here and nowhere
+// else.
 //
 // The five bytes that cp1252 leaves open (81, 8D, 8F, 90, 9D hex) map to the control characters of the same
 // number, so that all 256 bytes survive both ways.
@@ -31,7 +32,8 @@ constexpr char16_t unicode_of(unsigned char byte) {
 
 // The cp1252 byte of a Unicode character, nothing if cp1252 lacks it.
 constexpr std::optional<unsigned char> cp1252_of(char32_t character) {
-    if (character < 0x80 || (character >= 0xA0 && character < 0x100)) return static_cast<unsigned char>(character);
+    if (character < 0x80 || (character >= 0xA0 && character < 0x100))
+        return static_cast<unsigned char>(character);
     for (unsigned i = 0; i < detail::cp1252_high.size(); ++i) {
         if (detail::cp1252_high[i] == character) return static_cast<unsigned char>(0x80U + i);
     }
@@ -74,8 +76,8 @@ std::string utf8_from_cp1252(std::string_view text);
 // UTF-8 to cp1252; nothing if the text holds a character that cp1252 lacks or is not valid UTF-8.
 std::optional<std::string> cp1252_from_utf8(std::string_view utf8);
 
-// Replaces, in place, the German letters of code page 437 (129 ü, 132 ä, 142 Ä, 148 ö, 153 Ö, 154 Ü) by those of
-// cp1252. There is no row for ß: 225 stays as it is.
+// Replaces, in place, the German letters of code page 437 (129 ü, 132 ä, 142 Ä, 148 ö, 153 Ö, 154 Ü) by those
+// of cp1252. There is no row for ß: 225 stays as it is.
 void umlauts_from_cp437(std::string& text);
 
 // Upper and lower case by the letters of cp1252, umlauts included; ÿ and Ÿ are a pair, ß has no partner.
@@ -85,8 +87,8 @@ std::string to_lower(std::string_view text);
 std::string to_upper(std::string_view text);
 bool equal_ignoring_case(std::string_view a, std::string_view b);
 
-// The one-based position of the first occurrence of `what` in `text` from position `from` on, 0 if there is none.
-// An empty `what` is found at `from`.
+// The one-based position of the first occurrence of `what` in `text` from position `from` on, 0 if there is
+// none. An empty `what` is found at `from`.
 std::size_t instr(std::string_view text, std::string_view what, std::size_t from = 1);
 
 } // namespace velorn

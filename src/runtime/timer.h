@@ -1,7 +1,8 @@
 // A timer of a window: an interval in milliseconds and Enabled.
 //
-// Switching on what is off starts a full interval; switching on what is on does nothing. Its tick never runs inside
-// itself: while its own procedure is still waiting, further ticks of this timer are dropped, and others go on.
+// Switching on what is off starts a full interval; switching on what is on does nothing. Its tick never runs
+// inside itself: while its own procedure is still waiting, further ticks of this timer are dropped, and
+// others go on.
 #pragma once
 
 #include "runtime/event_loop.h"

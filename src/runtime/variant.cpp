@@ -20,8 +20,9 @@ Overloaded(F...) -> Overloaded<F...>;
 
 // By index of the value inside a Variant.
 constexpr Variant::Tag tags[] = {
-    Variant::Tag::empty, Variant::Tag::null,     Variant::Tag::i16,  Variant::Tag::i32,    Variant::Tag::f32,
-    Variant::Tag::f64,   Variant::Tag::currency, Variant::Tag::date, Variant::Tag::string, Variant::Tag::boolean,
+    Variant::Tag::empty,  Variant::Tag::null,    Variant::Tag::i16,      Variant::Tag::i32,
+    Variant::Tag::f32,    Variant::Tag::f64,     Variant::Tag::currency, Variant::Tag::date,
+    Variant::Tag::string, Variant::Tag::boolean,
 };
 
 // The tag that a result of arithmetic begins with.
@@ -51,12 +52,14 @@ constexpr double most_currency = 922'337'203'685'477.0;
 
 Result<Variant> as_tag(double number, Variant::Tag tag) {
     if (std::isnan(number) || std::isinf(number)) return failure(RunTimeError::overflow);
-    if (tag == Variant::Tag::i16 && fits<std::int16_t>(number)) return Variant(static_cast<std::int16_t>(number));
+    if (tag == Variant::Tag::i16 && fits<std::int16_t>(number))
+        return Variant(static_cast<std::int16_t>(number));
     if (width(tag) <= 1 && fits<std::int32_t>(number)) return Variant(static_cast<std::int32_t>(number));
     if (tag == Variant::Tag::currency && std::fabs(number) <= most_currency) {
         return Variant(Currency{static_cast<std::int64_t>(round_to_even(number * 10'000))});
     }
-    if (tag == Variant::Tag::f32 && std::fabs(number) <= static_cast<double>(std::numeric_limits<float>::max())) {
+    if (tag == Variant::Tag::f32 &&
+        std::fabs(number) <= static_cast<double>(std::numeric_limits<float>::max())) {
         return Variant(static_cast<float>(number));
     }
     return Variant(number);
@@ -108,21 +111,22 @@ Result<std::int16_t> Variant::as_i16() const { return as_integer<std::int16_t>(*
 Result<std::int32_t> Variant::as_i32() const { return as_integer<std::int32_t>(*this); }
 
 std::string Variant::text() const {
-    return std::visit(Overloaded{
-                          [](std::monostate) { return std::string(); },
-                          [](Null) { return std::string(); },
-                          [](Currency v) { return number_text(static_cast<double>(v.ten_thousandths) / 10'000); },
-                          [](DateSerial v) {
-                              const Result<DateTime> moment = date_time_of(v);
-                              return moment ? date_and_time_text(*moment) : number_text(v.days);
-                          },
-                          [](const std::string& v) { return v; },
-                          [](bool v) { return std::string(v ? "Wahr" : "Falsch"); },
-                          [](float v) { return number_text(v); },
-                          [](double v) { return number_text(v); },
-                          [](auto v) { return std::to_string(v); },
-                      },
-                      value_);
+    return std::visit(
+        Overloaded{
+            [](std::monostate) { return std::string(); },
+            [](Null) { return std::string(); },
+            [](Currency v) { return number_text(static_cast<double>(v.ten_thousandths) / 10'000); },
+            [](DateSerial v) {
+                const Result<DateTime> moment = date_time_of(v);
+                return moment ? date_and_time_text(*moment) : number_text(v.days);
+            },
+            [](const std::string& v) { return v; },
+            [](bool v) { return std::string(v ? "Wahr" : "Falsch"); },
+            [](float v) { return number_text(v); },
+            [](double v) { return number_text(v); },
+            [](auto v) { return std::to_string(v); },
+        },
+        value_);
 }
 
 bool operator==(const Variant& a, const Variant& b) { return (a <=> b) == 0; }

@@ -6,8 +6,8 @@
 //   tag  4 f32: 4, tag 5 f64: 8 bytes   tag 11 boolean: 2 bytes, 0 or FFFF hex
 //
 // All little-endian. The tag that was read is kept until the value changes. Comparison and arithmetic go by
-// number across tags: a text counts as the number it spells (decimal comma, or a point as the only separator),
-// as 0 if it spells none; Null and Empty count as 0; true counts as -1.
+// number across tags: a text counts as the number it spells (decimal comma, or a point as the only
+// separator), as 0 if it spells none; Null and Empty count as 0; true counts as -1.
 #pragma once
 
 #include "runtime/failure.h"
@@ -72,13 +72,14 @@ class Variant {
     double number() const;
 
     // Conversions that a typed variable or a control's property asks for. Rounding is half to even.
-    // Errors: 13 for a text that spells no number and for Null, 6 where the number doesn't fit. Empty gives 0.
+    // Errors: 13 for a text that spells no number and for Null, 6 where the number doesn't fit. Empty gives
+    // 0.
     Result<double> as_f64() const;
     Result<std::int16_t> as_i16() const;
     Result<std::int32_t> as_i32() const;
 
-    // The value as text, cp1252, German: decimal comma, dd.mm.yyyy hh:mm:ss, "Wahr" and "Falsch"; Empty and Null
-    // give an empty text.
+    // The value as text, cp1252, German: decimal comma, dd.mm.yyyy hh:mm:ss, "Wahr" and "Falsch"; Empty and
+    // Null give an empty text.
     std::string text() const;
 
     // Calls `visitor` with the value as it is held: std::monostate for Empty, Null, a number, a text, ...
@@ -116,11 +117,12 @@ enum class Decoded {
     unknown_tag, // a tag that the format doesn't have
 };
 
-// Reads the value that begins at bytes[position] into `value` and moves position behind it. When cut, value is
-// Empty and position stands at the end; with an unknown tag neither changes.
+// Reads the value that begins at bytes[position] into `value` and moves position behind it. When cut, value
+// is Empty and position stands at the end; with an unknown tag neither changes.
 Decoded decode(std::string_view bytes, std::size_t& position, Variant& value);
 
-// Appends the value's bytes. A text longer than 65535 bytes is cut there, the most that its length field holds.
+// Appends the value's bytes. A text longer than 65535 bytes is cut there, the most that its length field
+// holds.
 void encode(const Variant& value, std::string& bytes);
 
 // Plain numbers, little-endian, as they stand between Variants.

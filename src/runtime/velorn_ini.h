@@ -1,6 +1,6 @@
 // velorn.ini: what differs from machine to machine and has no place in the settings files. A UTF-8 text with
-// sections and key=value lines in the program's folder, written with comments and defaults at the first start and
-// not rewritten afterwards, except for [Fenster].
+// sections and key=value lines in the program's folder, written with comments and defaults at the first start
+// and not rewritten afterwards, except for [Fenster].
 #pragma once
 
 #include "runtime/failure.h"
@@ -15,8 +15,8 @@ namespace velorn {
 
 class VelornIni {
   public:
-    // Reads the file; writes it with its defaults first if it is missing. A damaged line is skipped. A file that
-    // can't be read or written gives the defaults.
+    // Reads the file; writes it with its defaults first if it is missing. A damaged line is skipped. A file
+    // that can't be read or written gives the defaults.
     static VelornIni load(const std::filesystem::path& file);
 
     // From text, for tests.

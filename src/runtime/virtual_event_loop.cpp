@@ -10,10 +10,12 @@ DateTime VirtualEventLoop::local_time() const {
 }
 
 void VirtualEventLoop::pass(std::int64_t ms) {
-    // The end of the span is itself a piece of work, the last at its time, so that equal times keep their order.
+    // The end of the span is itself a piece of work, the last at its time, so that equal times keep their
+    // order.
     bool over = false;
     post_at(now_ms_ + ms, [&over] { over = true; });
-    while (!over && wait_until([&over] { return over; })) {}
+    while (!over && wait_until([&over] { return over; })) {
+    }
 }
 
 void VirtualEventLoop::rest(std::optional<std::int64_t> until_ms) {

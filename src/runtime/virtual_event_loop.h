@@ -1,5 +1,5 @@
-// The event loop of tests: its clock stands still while work runs and jumps to the next due piece of work when
-// there is nothing to do. Whole nights take milliseconds, the same way every time.
+// The event loop of tests: its clock stands still while work runs and jumps to the next due piece of work
+// when there is nothing to do. Whole nights take milliseconds, the same way every time.
 #pragma once
 
 #include "runtime/event_loop.h"

@@ -1,5 +1,5 @@
-// Keys typed in the main window: to the link as they are, a few mapped to the controller's codes, function keys to
-// their stored texts. A view hands on each stroke once, wherever the focus stands.
+// Keys typed in the main window: to the link as they are, a few mapped to the controller's codes, function
+// keys to their stored texts. A view hands on each stroke once, wherever the focus stands.
 #pragma once
 
 #include "core/frm_terminal.h"
@@ -22,7 +22,8 @@ class Keys {
     Keys(FrmTerminal& frmTerminal, const Settings& settings, WaitCounter& waits, Output& output)
         : frmTerminal_(frmTerminal), settings_(settings), waits_(waits), output_(output) {}
 
-    // A key goes down, by its virtual key code (65 "A", 112 F1). True: the stroke is used up and types nothing.
+    // A key goes down, by its virtual key code (65 "A", 112 F1). True: the stroke is used up and types
+    // nothing.
     bool key_down(int keycode, int shift);
 
     // A character was typed, cp1252.

@@ -21,10 +21,18 @@ void remove_nuls(std::string& text) {
 
 } // namespace
 
-Receive::Receive(EventLoop& loop, Files& files, const Events& events, Module1& module1, const Settings& settings,
-                 FrmTerminal& frmTerminal, MSComm& MSComm1, Winsock& Winsock1, Output& output)
-    : loop_(loop), files_(files), events_(events), module1_(module1), settings_(settings),
-      frmTerminal_(frmTerminal), MSComm1_(MSComm1), Winsock1_(Winsock1), output_(output),
+Receive::Receive(EventLoop& loop, Files& files, const Events& events, Module1& module1,
+                 const Settings& settings, FrmTerminal& frmTerminal, MSComm& MSComm1, Winsock& Winsock1,
+                 Output& output)
+    : loop_(loop),
+      files_(files),
+      events_(events),
+      module1_(module1),
+      settings_(settings),
+      frmTerminal_(frmTerminal),
+      MSComm1_(MSComm1),
+      Winsock1_(Winsock1),
+      output_(output),
       terminal_output_(loop, events, frmTerminal) {
     MSComm1_.OnComm = [this] { MSComm1_OnComm(); };
     Winsock1_.DataArrival = [this] { Winsock1_DataArrival(); };
@@ -60,8 +68,8 @@ void Receive::Winsock1_DataArrival() {
     take(empfangen, true);
 }
 
-// Both links from here on. They differ in one thing: over TCP nothing is shown while a connection is being built up
-// through a gateway.
+// Both links from here on. They differ in one thing: over TCP nothing is shown while a connection is being
+// built up through a gateway.
 void Receive::take(std::string& empfangen, bool over_tcp) {
     if (module1_.empfgrafick) {
         umlauts_from_cp437(empfangen);
@@ -167,8 +175,8 @@ void Receive::remote_control_ended(SearchWindow& ziel) {
     ziel.clear();
 }
 
-// The site's name in the head of the mirrored display. The window isn't emptied: it is found anew with every chunk
-// for as long as it stands there.
+// The site's name in the head of the mirrored display. The window isn't emptied: it is found anew with every
+// chunk for as long as it stands there.
 void Receive::banner(SearchWindow& ziel, Keyword keyword, std::size_t name_at, std::size_t length_above) {
     const std::size_t p = ziel.find(keyword);
     if (p < 1 || p > 40 || ziel.length() <= p + length_above) return;

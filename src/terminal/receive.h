@@ -1,9 +1,10 @@
 // The receive pipeline: everything that arrives on either link comes through here.
 //
-// There is no framing and no line buffer. Each chunk is appended to the search window `txtvergl`, and after each
-// append the whole window is searched for a fixed list of keywords in a fixed order. A hit sets a flag, starts a
-// timer or sends an answer, and mostly empties the window, so that what stood behind the keyword in that chunk is
-// lost for the keywords still to come. Long operations elsewhere set a flag and wait until the scanner clears it.
+// There is no framing and no line buffer. Each chunk is appended to the search window `txtvergl`, and after
+// each append the whole window is searched for a fixed list of keywords in a fixed order. A hit sets a flag,
+// starts a timer or sends an answer, and mostly empties the window, so that what stood behind the keyword in
+// that chunk is lost for the keywords still to come. Long operations elsewhere set a flag and wait until the
+// scanner clears it.
 //
 // A pass keeps its own chunk: one that runs inside another's dialog doesn't replace it.
 #pragma once
@@ -27,8 +28,8 @@ struct ReceiveEvents {
     Event<std::string_view, bool> screen_input;
     // The same while a visualisation is attached.
     Event<std::string_view, bool> visual_input;
-    // A download has claimed the stream: the chunk goes behind the text of its window, which is emptied first if
-    // `emptied` is set.
+    // A download has claimed the stream: the chunk goes behind the text of its window, which is emptied first
+    // if `emptied` is set.
     Event<std::string_view, bool> download_input;
     // The controller starts a capture into the protocol file.
     Event<> capture_begins;

@@ -1,8 +1,9 @@
 #include "terminal/search_window.h"
 
+#include <queue>
+
 #include <algorithm>
 #include <bit>
-#include <queue>
 #include <vector>
 
 namespace velorn {
@@ -159,7 +160,8 @@ void SearchWindow::note(std::uint32_t hits, std::uint64_t end) {
         const auto keyword = static_cast<std::size_t>(std::countr_zero(hits));
         const std::uint64_t begin = end - keywords[keyword].size();
         Found& found = found_[keyword];
-        // An occurrence that reaches back behind the front is none. With none left in the text this is the first.
+        // An occurrence that reaches back behind the front is none. With none left in the text this is the
+        // first.
         if (begin < origin_ + front_) continue;
         if (found.last < origin_ + front_) found.first = begin;
         found.last = begin;

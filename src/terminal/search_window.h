@@ -1,8 +1,9 @@
-// The receive path's search window, `txtvergl`: the text received so far, and where in it each keyword stands first.
+// The receive path's search window, `txtvergl`: the text received so far, and where in it each keyword stands
+// first.
 //
-// It answers as if the whole text were searched from its first character for each question, but reads every byte
-// once: an automaton over all keywords runs along with what is appended and remembers, for each keyword, its first
-// and its last occurrence. What has been cut away in front no longer counts.
+// It answers as if the whole text were searched from its first character for each question, but reads every
+// byte once: an automaton over all keywords runs along with what is appended and remembers, for each keyword,
+// its first and its last occurrence. What has been cut away in front no longer counts.
 #pragma once
 
 #include <array>
@@ -14,30 +15,30 @@
 namespace velorn {
 
 enum class Keyword : std::size_t {
-    close_log,          // ESC ESC E
-    fernbed,            // *FERNBED
-    edinfo,             // *EDINFO
-    offline,            //  - OFFLINE -
-    fernbed_ended,      //    Fernbedienung beendet
-    banner,             //  Ende: <E>      Invers: <I>
-    banner_exit,        // Fernbedienung: Ausstieg mit
-    dots_34,            // the prompt for a name
-    dots_32,            // the same behind two blanks
-    ok,                 // OK
-    line_feed,          // LF
-    connect,            // CONNECT
-    sms_prompt,         // <
-    username,           // Username:
-    password,           // Password:
-    err,                // ERR
-    okk,                // OKK
-    neuv2,              // NEUV2.0
-    continuation,       // Fortsetzung Datei
-    capture_begins,     // ESC ESC P
-    capture_ends,       // ESC ESC O
-    block_begins,       // ESC ESC b1
-    block,              // ESC ESC b2
-    block_ends,         // ESC ESC b3
+    close_log,      // ESC ESC E
+    fernbed,        // *FERNBED
+    edinfo,         // *EDINFO
+    offline,        //  - OFFLINE -
+    fernbed_ended,  //    Fernbedienung beendet
+    banner,         //  Ende: <E>      Invers: <I>
+    banner_exit,    // Fernbedienung: Ausstieg mit
+    dots_34,        // the prompt for a name
+    dots_32,        // the same behind two blanks
+    ok,             // OK
+    line_feed,      // LF
+    connect,        // CONNECT
+    sms_prompt,     // <
+    username,       // Username:
+    password,       // Password:
+    err,            // ERR
+    okk,            // OKK
+    neuv2,          // NEUV2.0
+    continuation,   // Fortsetzung Datei
+    capture_begins, // ESC ESC P
+    capture_ends,   // ESC ESC O
+    block_begins,   // ESC ESC b1
+    block,          // ESC ESC b2
+    block_ends,     // ESC ESC b3
     count
 };
 
@@ -77,7 +78,7 @@ class SearchWindow {
     void scan(std::string_view bytes);
     void note(std::uint32_t hits, std::uint64_t end);
 
-    std::string bytes_;       // what was cut away stands before front_, until it is worth removing
+    std::string bytes_; // what was cut away stands before front_, until it is worth removing
     std::size_t front_ = 0;
     std::uint64_t origin_ = 1; // position of bytes_[0]
     std::uint16_t state_ = 0;  // of the automaton

@@ -13,8 +13,8 @@ struct Rubbed {
     bool leading = false; // a backspace stood at the beginning
 };
 
-// Each backspace takes the character before it, from the first on. One that stands at the beginning, however many
-// follow it there, marks the last character of the screen.
+// Each backspace takes the character before it, from the first on. One that stands at the beginning, however
+// many follow it there, marks the last character of the screen.
 Rubbed rub_out(std::string_view text) {
     Rubbed result;
     result.text.reserve(text.size());

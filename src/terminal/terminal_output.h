@@ -15,9 +15,9 @@ class TerminalOutput {
     TerminalOutput(EventLoop& loop, const Events& events, FrmTerminal& frmTerminal)
         : loop_(loop), events_(events), frmTerminal_(frmTerminal) {}
 
-    // The chunk with its backspaces carried out, line feeds removed and one put behind each CR, with the time when
-    // time stamps are on. A backspace at its beginning takes the last character of the screen. Time stamps on and a
-    // LOG file open: the prepared text also goes to the LOG.
+    // The chunk with its backspaces carried out, line feeds removed and one put behind each CR, with the time
+    // when time stamps are on. A backspace at its beginning takes the last character of the screen. Time
+    // stamps on and a LOG file open: the prepared text also goes to the LOG.
     void terminalausgabe(std::string_view text);
 
     // Above this many characters the terminal loses its oldest ones, all before the 50000th.

@@ -1,0 +1,154 @@
+// The make for POSIX systems; disk_files_windows.cpp is its twin.
+#ifndef _WIN32
+
+#include "runtime/disk_files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace velorn {
+
+namespace {
+
+Failure failure_of(int error, const std::filesystem::path& path) {
+    switch (error) {
+    case ENOENT: {
+        struct stat ignored {};
+        const std::filesystem::path folder = path.parent_path();
+        const bool folder_is_there = folder.empty() || stat(folder.c_str(), &ignored) == 0;
+        return failure(folder_is_there ? RunTimeError::file_not_found : RunTimeError::path_not_found);
+    }
+    case EACCES:
+    case EPERM:
+    case EROFS: return failure(RunTimeError::permission_denied);
+    case ENOSPC:
+    case EDQUOT: return failure(RunTimeError::disk_full);
+    case EIO: return failure(RunTimeError::device_io);
+    default: return failure(RunTimeError::path_file_access);
+    }
+}
+
+class DiskFile final : public BinaryFile {
+  public:
+    DiskFile(int descriptor, std::filesystem::path path) : descriptor_(descriptor), path_(std::move(path)) {}
+    ~DiskFile() override { ::close(descriptor_); }
+
+    Result<std::int64_t> length() override {
+        struct stat status {};
+        if (fstat(descriptor_, &status) != 0) return failure_of(errno, path_);
+        return static_cast<std::int64_t>(status.st_size);
+    }
+
+    Result<std::string> read(std::int64_t position, std::int64_t count) override {
+        if (position < 1 || count < 0) return failure(RunTimeError::invalid_call);
+        const Result<std::int64_t> all = length();
+        if (!all) return all.failure();
+        const std::int64_t there = std::clamp<std::int64_t>(*all - (position - 1), 0, count);
+        std::string bytes(static_cast<std::size_t>(there), '\0');
+        std::size_t done = 0;
+        while (done < bytes.size()) {
+            const ssize_t got = pread(descriptor_, bytes.data() + done, bytes.size() - done,
+                                      static_cast<off_t>(position - 1) + static_cast<off_t>(done));
+            if (got < 0 && errno == EINTR) continue;
+            if (got < 0) return failure_of(errno, path_);
+            if (got == 0) break; // it has become shorter meanwhile
+            done += static_cast<std::size_t>(got);
+        }
+        bytes.resize(done);
+        return bytes;
+    }
+
+    Outcome write(std::int64_t position, std::string_view bytes) override {
+        if (position < 1) return failure(RunTimeError::invalid_call);
+        auto at = static_cast<off_t>(position - 1);
+        while (!bytes.empty()) {
+            const ssize_t put = pwrite(descriptor_, bytes.data(), bytes.size(), at);
+            if (put < 0 && errno == EINTR) continue;
+            if (put < 0) return failure_of(errno, path_);
+            bytes.remove_prefix(static_cast<std::size_t>(put));
+            at += put;
+        }
+        return {};
+    }
+
+    Outcome sync() override {
+        return fsync(descriptor_) == 0 ? Outcome{} : Outcome{failure_of(errno, path_)};
+    }
+
+  private:
+    int descriptor_;
+    std::filesystem::path path_;
+};
+
+int flags_of(OpenMode mode) {
+    switch (mode) {
+    case OpenMode::read: return O_RDONLY;
+    case OpenMode::read_write: return O_RDWR | O_CREAT;
+    case OpenMode::append: return O_WRONLY | O_CREAT | O_APPEND;
+    case OpenMode::create: return O_RDWR | O_CREAT | O_TRUNC;
+    }
+    return O_RDONLY;
+}
+
+Outcome sync_folder(const std::filesystem::path& folder) {
+    const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return failure_of(errno, folder);
+    // Some file systems can't do this for folders; the step itself has been taken.
+    const bool synced = fsync(descriptor) == 0 || errno == EINVAL;
+    const int error = errno;
+    ::close(descriptor);
+    return synced ? Outcome{} : Outcome{failure_of(error, folder)};
+}
+
+} // namespace
+
+Result<std::unique_ptr<BinaryFile>> DiskFiles::open(std::string_view path, OpenMode mode) {
+    std::filesystem::path native = paths_.native(path);
+    const int descriptor = ::open(native.c_str(), flags_of(mode) | O_CLOEXEC | O_NONBLOCK, 0644);
+    if (descriptor < 0) return failure_of(errno, native);
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(descriptor);
+        return failure(RunTimeError::path_file_access);
+    }
+    return std::unique_ptr<BinaryFile>(std::make_unique<DiskFile>(descriptor, std::move(native)));
+}
+
+bool DiskFiles::exists(std::string_view path) {
+    struct stat status {};
+    return stat(paths_.native(path).c_str(), &status) == 0;
+}
+
+Outcome DiskFiles::remove(std::string_view path) {
+    const std::filesystem::path native = paths_.native(path);
+    return unlink(native.c_str()) == 0 ? Outcome{} : Outcome{failure_of(errno, native)};
+}
+
+Outcome DiskFiles::replace(std::string_view from, std::string_view to) {
+    const std::filesystem::path source = paths_.native(from);
+    std::filesystem::path target = paths_.native(to);
+    struct stat status {};
+    if (stat(target.c_str(), &status) == 0) {
+        // The old file's permissions stay; where it is a link, what it leads to is replaced.
+        (void)chmod(source.c_str(), status.st_mode & 07777U);
+        std::error_code error;
+        if (std::filesystem::path real = std::filesystem::canonical(target, error); !error)
+            target = std::move(real);
+    }
+    if (std::rename(source.c_str(), target.c_str()) != 0) return failure_of(errno, target);
+    return sync_folder(target.parent_path());
+}
+
+Outcome DiskFiles::make_folder(std::string_view path) {
+    std::error_code error;
+    std::filesystem::create_directories(paths_.native(path), error);
+    return error ? Outcome{failure_of(error.value(), paths_.native(path))} : Outcome{};
+}
+
+} // namespace velorn
+
+#endif

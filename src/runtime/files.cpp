@@ -1,0 +1,48 @@
+#include "runtime/files.h"
+
+namespace velorn {
+
+Result<std::string> read_whole(Files& files, std::string_view path) {
+    Result<std::unique_ptr<BinaryFile>> file = files.open(path, OpenMode::read);
+    if (!file) return file.failure();
+    const Result<std::int64_t> length = (*file)->length();
+    if (!length) return length.failure();
+    return (*file)->read(1, *length);
+}
+
+Outcome ensure_exists(Files& files, std::string_view path) {
+    if (files.exists(path)) return {};
+    const auto file = files.open(path, OpenMode::read_write);
+    return file ? Outcome{} : Outcome{file.failure()};
+}
+
+Outcome append_to(Files& files, std::string_view path, std::string_view bytes) {
+    Result<std::unique_ptr<BinaryFile>> file = files.open(path, OpenMode::append);
+    if (!file) return file.failure();
+    return (*file)->write(1, bytes);
+}
+
+Outcome replace_content(Files& files, std::string_view path, std::string_view content) {
+    std::string whole{content};
+    if (files.exists(path)) {
+        const Result<std::string> old = read_whole(files, path);
+        if (!old) return old.failure();
+        if (old->size() > whole.size()) whole.append(*old, whole.size());
+    }
+    const std::string neighbour = std::string(path) + ".neu";
+    const auto give_up = [&](const Failure& why) -> Outcome {
+        (void)files.remove(neighbour); // what went wrong first is what counts
+        return why;
+    };
+    {
+        Result<std::unique_ptr<BinaryFile>> file = files.open(neighbour, OpenMode::create);
+        if (!file) return file.failure();
+        if (const Outcome written = (*file)->write(1, whole); !written) return give_up(written.failure());
+        if (const Outcome synced = (*file)->sync(); !synced) return give_up(synced.failure());
+    }
+    if (const Outcome replaced = files.replace(neighbour, path); !replaced)
+        return give_up(replaced.failure());
+    return {};
+}
+
+} // namespace velorn
