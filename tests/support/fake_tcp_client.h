@@ -1,0 +1,48 @@
+// A TCP socket in memory that remembers what was done to it.
+#pragma once
+
+#include "runtime/event_loop.h"
+#include "runtime/outside.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace velorn::test {
+
+class FakeTcpClient : public TcpClient {
+  public:
+    explicit FakeTcpClient(EventLoop& loop) : loop_(loop) {}
+
+    void arrives(std::string_view bytes) {
+        received_ += bytes;
+        loop_.post([this] {
+            if (arrived) arrived();
+        });
+    }
+    std::string take_written() { return std::exchange(written_, {}); }
+    TcpState current = TcpState::closed;
+    std::string host;
+    int port = 0;
+
+    void connect(std::string_view to, int at) override {
+        host = to;
+        port = at;
+        current = TcpState::connecting;
+    }
+    void close() override { current = TcpState::closed; }
+    TcpState state() const override { return current; }
+    void write(std::string_view bytes) override { written_ += bytes; }
+    std::string take(std::size_t most) override {
+        std::string bytes = received_.substr(0, most);
+        received_.erase(0, bytes.size());
+        return bytes;
+    }
+
+  private:
+    EventLoop& loop_;
+    std::string received_;
+    std::string written_;
+};
+
+} // namespace velorn::test

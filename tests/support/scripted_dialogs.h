@@ -1,0 +1,58 @@
+// The person, as a script: the questions that are expected, in order, with their answers. A question that nobody
+// expects fails the test, and so does an expected one that never comes.
+#pragma once
+
+#include "runtime/event_loop.h"
+#include "runtime/outside.h"
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace velorn::test {
+
+class ScriptedDialogs : public Dialogs {
+  public:
+    explicit ScriptedDialogs(EventLoop& loop) : loop_(loop) {}
+    ~ScriptedDialogs() override;
+
+    // A message box that holds `text`, with this code. `meanwhile` runs while the box is open; the loop turns for
+    // `open_ms` before it is answered.
+    void expect(std::string text, int code, Answer answer, std::function<void()> meanwhile = {}, int open_ms = 0);
+    void expect_input(std::string prompt, std::optional<std::string> answer);
+    void expect_file(std::string title, Result<std::string> answer);
+
+    Answer message_box(std::string_view text, int code, std::string_view title) override;
+    std::optional<std::string> input_box(std::string_view prompt, std::string_view title,
+                                         std::string_view proposal) override;
+    Result<std::string> choose_file(const FileQuestion& question) override;
+
+    // What was shown so far, texts of boxes and prompts.
+    const std::vector<std::string>& shown() const { return shown_; }
+
+  private:
+    struct Box {
+        std::string text;
+        int code;
+        Answer answer;
+        std::function<void()> meanwhile;
+        int open_ms;
+    };
+    struct Input {
+        std::string prompt;
+        std::optional<std::string> answer;
+    };
+    struct File {
+        std::string title;
+        Result<std::string> answer;
+    };
+
+    EventLoop& loop_;
+    std::deque<Box> boxes_;
+    std::deque<Input> inputs_;
+    std::deque<File> files_;
+    std::vector<std::string> shown_;
+};
+
+} // namespace velorn::test
