@@ -74,6 +74,12 @@ class EventLoop {
     // time: nothing is queued.
     virtual void rest(std::optional<std::int64_t> until_ms) = 0;
 
+    // When the earliest queued piece of work is due; nothing if none is queued.
+    std::optional<std::int64_t> next_due() const {
+        if (queue_.empty()) return std::nullopt;
+        return queue_.begin()->first.first;
+    }
+
     // Called between two pieces of work that are both due, so that news from outside isn't kept out by a
     // flood.
     virtual void take_in() {}

@@ -1,5 +1,6 @@
 #include "runtime/virtual_event_loop.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace velorn {
@@ -10,12 +11,8 @@ DateTime VirtualEventLoop::local_time() const {
 }
 
 void VirtualEventLoop::pass(std::int64_t ms) {
-    // The end of the span is itself a piece of work, the last at its time, so that equal times keep their
-    // order.
-    bool over = false;
-    post_at(now_ms_ + ms, [&over] { over = true; });
-    while (!over && wait_until([&over] { return over; })) {
-    }
+    const std::int64_t end = now_ms_ + ms;
+    if (wait_until([&] { return !next_due() || *next_due() > end; })) now_ms_ = std::max(now_ms_, end);
 }
 
 void VirtualEventLoop::rest(std::optional<std::int64_t> until_ms) {
