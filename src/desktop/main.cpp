@@ -1,0 +1,67 @@
+#include "app/program.h"
+#include "desktop/frmftast_view.h"
+#include "desktop/main_window.h"
+#include "desktop/qt_dialogs.h"
+#include "desktop/qt_event_loop.h"
+#include "desktop/qt_serial_port.h"
+#include "desktop/qt_tcp_client.h"
+#include "desktop/style.h"
+#include "runtime/disk_files.h"
+#include "runtime/serial_devices.h"
+#include "runtime/velorn_ini.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QScreen>
+#include <QStandardPaths>
+
+#include <filesystem>
+
+using namespace velorn;
+
+namespace {
+
+std::filesystem::path path_of(const QString& text) { return std::filesystem::path(text.toStdU16String()); }
+
+// Where the executable lies; where that can't be written, or cp1252 can't name it, the user's application data.
+std::filesystem::path program_folder() {
+    const QString beside = QCoreApplication::applicationDirPath();
+    if (QFileInfo(beside).isWritable() && Paths::stored(path_of(beside))) return path_of(beside);
+    const QString own = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QDir().mkpath(own);
+    return path_of(own);
+}
+
+// The device of a port number: the one that velorn.ini names, else the system's usual one.
+std::string device_of(const VelornIni& ini, int com_port) {
+    if (const auto named = ini.device(com_port)) return *named;
+    return default_device(com_port, com_port > 4 ? usb_adapters() : std::vector<std::string>{});
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Velorn"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    apply_style(application);
+
+    const std::filesystem::path folder = program_folder();
+    const VelornIni ini = VelornIni::load(folder / "velorn.ini");
+    const Paths paths(folder, ini.drives());
+    DiskFiles files(paths);
+    QtEventLoop loop;
+    QtDialogs dialogs(loop);
+    QtSerialPort serial(loop, [&ini](int com_port) { return device_of(ini, com_port); });
+    QtTcpClient tcp(loop);
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+
+    Program program(World{loop, files, dialogs, serial, tcp, Paths::stored(folder).value_or("."),
+                          ScreenSize{screen.width(), screen.height()}});
+    MainWindow window(program);
+    FrmftastView frmftast(program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+    program.start.Form_Load();
+    loop.run();
+    return 0;
+}
