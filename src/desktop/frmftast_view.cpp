@@ -25,7 +25,8 @@ class Cp1252Validator final : public QValidator {
 
 } // namespace
 
-FrmftastView::FrmftastView(Frmftast& frmftast, std::function<void(std::function<void()>)> later, QWidget* owner)
+FrmftastView::FrmftastView(Frmftast& frmftast, std::function<void(std::function<void()>)> later,
+                           QWidget* owner)
     : QDialog(owner), frmftast_(frmftast), later_(std::move(later)) {
     setObjectName(QStringLiteral("frmftast"));
     setModal(true);
@@ -53,7 +54,9 @@ void FrmftastView::build() {
     built_ = true;
     auto* column = new QVBoxLayout(this);
     column->setSpacing(space::large);
-    auto* hint = new QLabel(QStringLiteral("<01> am Anfang weckt den Regler (SOH), <13> am Ende schickt die Zeile ab (CR)."), this);
+    auto* hint = new QLabel(
+        QStringLiteral("<01> am Anfang weckt den Regler (SOH), <13> am Ende schickt die Zeile ab (CR)."),
+        this);
     hint->setWordWrap(true);
     column->addWidget(hint);
 
@@ -66,8 +69,8 @@ void FrmftastView::build() {
     QWidget* last = nullptr;
     for (int i = 1; i <= 12; ++i) {
         grid->addWidget(new QLabel(QStringLiteral("F%1").arg(i), this), i, 0);
-        QLineEdit* edit = add_box(grid, frmftast_.ftast[static_cast<std::size_t>(i)], i, 1, QStringLiteral("ftast%1").arg(i),
-                                  QStringLiteral("F%1").arg(i));
+        QLineEdit* edit = add_box(grid, frmftast_.ftast[static_cast<std::size_t>(i)], i, 1,
+                                  QStringLiteral("ftast%1").arg(i), QStringLiteral("F%1").arg(i));
         if (last != nullptr) setTabOrder(last, edit);
         last = edit;
     }
@@ -83,16 +86,13 @@ void FrmftastView::build() {
 
     auto* buttons = new QDialogButtonBox(this);
     auto* ok = buttons->addButton(to_qstring(frmftast_.cmdOK.Caption.get()), QDialogButtonBox::AcceptRole);
-    auto* cancel = buttons->addButton(to_qstring(frmftast_.cmdCancel.Caption.get()), QDialogButtonBox::RejectRole);
+    auto* cancel =
+        buttons->addButton(to_qstring(frmftast_.cmdCancel.Caption.get()), QDialogButtonBox::RejectRole);
     ok->setObjectName(QStringLiteral("cmdOK"));
     cancel->setObjectName(QStringLiteral("cmdCancel"));
     ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, [this] {
-        later_([this] { frmftast_.cmdOK_Click(); });
-    });
-    connect(cancel, &QPushButton::clicked, this, [this] {
-        later_([this] { frmftast_.cmdCancel_Click(); });
-    });
+    connect(ok, &QPushButton::clicked, this, [this] { later_([this] { frmftast_.cmdOK_Click(); }); });
+    connect(cancel, &QPushButton::clicked, this, [this] { later_([this] { frmftast_.cmdCancel_Click(); }); });
     column->addWidget(buttons);
     resize(frmftast_.form.Width, frmftast_.form.Height);
     setMinimumSize(620, sizeHint().height());
@@ -127,7 +127,8 @@ bool FrmftastView::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusIn) {
         for (std::size_t i = 1; i <= 12; ++i) {
             if (watched->objectName() == QStringLiteral("ftast%1").arg(i)) frmftast_.ftast[i].GotFocus();
-            if (watched->objectName() == QStringLiteral("altftast%1").arg(i)) frmftast_.altftast[i].GotFocus();
+            if (watched->objectName() == QStringLiteral("altftast%1").arg(i))
+                frmftast_.altftast[i].GotFocus();
         }
     }
     return QDialog::eventFilter(watched, event);

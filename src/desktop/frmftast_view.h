@@ -14,8 +14,8 @@ namespace velorn {
 
 class FrmftastView : public QDialog {
   public:
-    // Follows form.Visible: shown modally over `owner`, closed when it is hidden. `later` queues what the person asks
-    // for in the event loop.
+    // Follows form.Visible: shown modally over `owner`, closed when it is hidden. `later` queues what the
+    // person asks for in the event loop.
     FrmftastView(Frmftast& frmftast, std::function<void(std::function<void()>)> later, QWidget* owner);
     ~FrmftastView() override;
 
@@ -26,7 +26,8 @@ class FrmftastView : public QDialog {
 
   private:
     void build();
-    QLineEdit* add_box(QGridLayout* grid, TextBox& box, int row, int column, const QString& name, const QString& what);
+    QLineEdit* add_box(QGridLayout* grid, TextBox& box, int row, int column, const QString& name,
+                       const QString& what);
     void show_form();
 
     Frmftast& frmftast_;

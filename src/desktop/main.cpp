@@ -24,7 +24,8 @@ namespace {
 
 std::filesystem::path path_of(const QString& text) { return std::filesystem::path(text.toStdU16String()); }
 
-// Where the executable lies; where that can't be written, or cp1252 can't name it, the user's application data.
+// Where the executable lies; where that can't be written, or cp1252 can't name it, the user's application
+// data.
 std::filesystem::path program_folder() {
     const QString beside = QCoreApplication::applicationDirPath();
     if (QFileInfo(beside).isWritable() && Paths::stored(path_of(beside))) return path_of(beside);
@@ -60,7 +61,8 @@ int main(int argc, char** argv) {
     Program program(World{loop, files, dialogs, serial, tcp, Paths::stored(folder).value_or("."),
                           ScreenSize{screen.width(), screen.height()}});
     MainWindow window(program);
-    FrmftastView frmftast(program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+    FrmftastView frmftast(
+        program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     program.start.Form_Load();
     loop.run();
     return 0;

@@ -20,7 +20,8 @@ class MemoryFile final : public BinaryFile {
 
     Outcome write(std::int64_t position, std::string_view bytes) override {
         if (mode_ == OpenMode::read) return failure(RunTimeError::permission_denied);
-        const std::size_t begin = mode_ == OpenMode::append ? bytes_->size() : static_cast<std::size_t>(position - 1);
+        const std::size_t begin =
+            mode_ == OpenMode::append ? bytes_->size() : static_cast<std::size_t>(position - 1);
         bytes_->resize(std::max(bytes_->size(), begin + bytes.size()));
         bytes_->replace(begin, bytes.size(), bytes);
         return {};

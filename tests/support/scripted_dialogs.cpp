@@ -10,7 +10,8 @@ ScriptedDialogs::~ScriptedDialogs() {
     for (const File& file : files_) ADD_FAILURE() << "this file dialog never came: " << file.title;
 }
 
-void ScriptedDialogs::expect(std::string text, int code, Answer answer, std::function<void()> meanwhile, int open_ms) {
+void ScriptedDialogs::expect(std::string text, int code, Answer answer, std::function<void()> meanwhile,
+                             int open_ms) {
     boxes_.push_back({std::move(text), code, answer, std::move(meanwhile), open_ms});
 }
 
@@ -41,7 +42,8 @@ Answer ScriptedDialogs::message_box(std::string_view text, int code, std::string
     return box.answer;
 }
 
-std::optional<std::string> ScriptedDialogs::input_box(std::string_view prompt, std::string_view, std::string_view) {
+std::optional<std::string> ScriptedDialogs::input_box(std::string_view prompt, std::string_view,
+                                                      std::string_view) {
     shown_.emplace_back(prompt);
     if (inputs_.empty()) {
         ADD_FAILURE() << "unexpected input box: " << prompt;

@@ -1,5 +1,5 @@
-// The person, as a script: the questions that are expected, in order, with their answers. A question that nobody
-// expects fails the test, and so does an expected one that never comes.
+// The person, as a script: the questions that are expected, in order, with their answers. A question that
+// nobody expects fails the test, and so does an expected one that never comes.
 #pragma once
 
 #include "runtime/event_loop.h"
@@ -17,9 +17,10 @@ class ScriptedDialogs : public Dialogs {
     explicit ScriptedDialogs(EventLoop& loop) : loop_(loop) {}
     ~ScriptedDialogs() override;
 
-    // A message box that holds `text`, with this code. `meanwhile` runs while the box is open; the loop turns for
-    // `open_ms` before it is answered.
-    void expect(std::string text, int code, Answer answer, std::function<void()> meanwhile = {}, int open_ms = 0);
+    // A message box that holds `text`, with this code. `meanwhile` runs while the box is open; the loop turns
+    // for `open_ms` before it is answered.
+    void expect(std::string text, int code, Answer answer, std::function<void()> meanwhile = {},
+                int open_ms = 0);
     void expect_input(std::string prompt, std::optional<std::string> answer);
     void expect_file(std::string title, Result<std::string> answer);
 

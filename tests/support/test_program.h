@@ -1,4 +1,5 @@
-// A whole program in virtual time, with a disk in memory, a scripted person and links whose far ends the test plays.
+// A whole program in virtual time, with a disk in memory, a scripted person and links whose far ends the test
+// plays.
 #pragma once
 
 #include "app/program.h"
