@@ -1,0 +1,65 @@
+// A controller of a combined heat and power unit, as it is met at the other end of a line: the shell of its
+// real-time operating system. Bytes in, bytes out.
+//
+// The shell sleeps and hears nothing until SOH (1) wakes it with CR LF '*'. It echoes what is typed, rubs out
+// on backspace (8), runs the line on CR, and answers in code page 437 with lines ending in CR LF, then '*'
+// again. "--" puts several commands on one line. After ten minutes without a byte it falls asleep again.
+//
+// Memory is bounded whatever arrives: a line holds 200 characters, and what is typed while a command runs
+// goes to a buffer of 256 bytes; the rest is lost, as on the real thing.
+#pragma once
+
+#include "plant/commands.h"
+#include "plant/machine.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velorn::plant {
+
+class Controller {
+  public:
+    static constexpr std::size_t longest_line = 200;
+    static constexpr std::size_t type_ahead = 256;
+
+    Controller(EventLoop& loop, std::uint64_t seed);
+    ~Controller();
+    Controller(const Controller&) = delete;
+    Controller& operator=(const Controller&) = delete;
+
+    // What the controller says; called from receive() and from the loop.
+    std::function<void(std::string_view)> send;
+
+    void receive(std::string_view bytes);
+
+    Machine& machine() { return machine_; }
+
+  private:
+    enum class State { asleep, prompt, busy, restarting };
+
+    void take(char byte);
+    void run_line();
+    void run_next();
+    void play(std::size_t step);
+    void ready();
+    void restart();
+    void begin_idle_time();
+    void say(std::string_view utf8);
+    void flush();
+
+    EventLoop& loop_;
+    Machine machine_;
+    State state_ = State::asleep;
+    std::string line_;
+    std::string typed_ahead_;
+    std::string out_;
+    std::vector<std::string> to_run_; // the commands of one line, the next one last
+    Answer answer_;
+    EventLoop::TaskId pending_;
+    EventLoop::TaskId idle_;
+};
+
+} // namespace velorn::plant

@@ -1,0 +1,99 @@
+// velorn-plant: serves simulated controllers on pseudo terminals.
+
+#include "plant/options.h"
+#include "plant/poll_event_loop.h"
+#include "plant/station.h"
+#include "runtime/text.h"
+
+#include <csignal>
+#include <cstdio>
+#include <memory>
+#include <poll.h>
+#include <string>
+#include <string_view>
+#include <sys/signalfd.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace velorn;
+using namespace velorn::plant;
+
+void print(std::FILE* where, std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), where);
+    std::fflush(where);
+}
+
+// Ctrl+C and the wish to terminate arrive as readable bytes, so that the end comes from the loop and in
+// order.
+class Signals {
+  public:
+    explicit Signals(PollEventLoop& loop) : loop_(loop) {
+        sigset_t wanted;
+        sigemptyset(&wanted);
+        sigaddset(&wanted, SIGINT);
+        sigaddset(&wanted, SIGTERM);
+        sigaddset(&wanted, SIGHUP);
+        sigprocmask(SIG_BLOCK, &wanted, nullptr);
+        std::signal(SIGPIPE, SIG_IGN);
+        descriptor_ = ::signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK);
+        loop_.watch(descriptor_, POLLIN, [this](short) { loop_.end(); });
+    }
+    ~Signals() {
+        loop_.unwatch(descriptor_);
+        ::close(descriptor_);
+    }
+    Signals(const Signals&) = delete;
+    Signals& operator=(const Signals&) = delete;
+
+  private:
+    PollEventLoop& loop_;
+    int descriptor_ = -1;
+};
+
+int serve(const Options& options) {
+    PollEventLoop loop;
+    const Signals signals(loop);
+    std::vector<std::unique_ptr<Station>> stations;
+    std::size_t at_work = options.pseudo_terminals.size();
+    for (const std::string& link : options.pseudo_terminals) {
+        StationSettings settings;
+        settings.name = "Steuerung " + std::to_string(stations.size() + 1);
+        settings.link = link;
+        settings.faults = options.faults;
+        settings.faults.seed += stations.size();
+        settings.source = options.source;
+        auto station = std::make_unique<Station>(loop, settings);
+        station->announce = [](const std::string& line) { print(stdout, line + "\n"); };
+        if (options.log) station->log = [](const std::string& line) { print(stderr, line + "\n"); };
+        station->finished = [&] {
+            if (--at_work == 0) loop.end();
+        };
+        if (const Outcome opened = station->open(); !opened) {
+            const std::string where = link.empty() ? settings.name : link;
+            print(stderr, "velorn-plant: " + where + ": " + utf8_from_cp1252(opened.failure().text) + "\n");
+            return 1;
+        }
+        stations.push_back(std::move(station));
+    }
+    loop.run();
+    return 0;
+}
+
+} // namespace
+
+int main(int count, char** values) {
+    const std::vector<std::string_view> arguments(values + (count > 0 ? 1 : 0), values + count);
+    const auto parsed = options_from(arguments);
+    if (const auto* const mistake = std::get_if<std::string>(&parsed)) {
+        print(stderr, "velorn-plant: " + *mistake + "\nMehr sagt: velorn-plant --help\n");
+        return 2;
+    }
+    const auto& options = std::get<Options>(parsed);
+    if (options.help) {
+        print(stdout, help_text());
+        return 0;
+    }
+    return serve(options);
+}

@@ -1,0 +1,30 @@
+// The command line of velorn-plant.
+#pragma once
+
+#include "plant/faults.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace velorn::plant {
+
+struct Options {
+    std::vector<std::string> pseudo_terminals; // one controller each: the name of its link, or empty
+    Faults faults;
+    std::optional<std::uint64_t> source; // bytes to send instead of playing a controller
+    bool log = false;
+    bool help = false;
+};
+
+// All options, or a German sentence (UTF-8) that says what is wrong.
+std::variant<Options, std::string> options_from(std::span<const std::string_view> arguments);
+
+// What --help prints: German, UTF-8.
+std::string_view help_text();
+
+} // namespace velorn::plant
