@@ -41,6 +41,7 @@ Outcome Station::open() {
     line_->at_outside = [this](std::string_view bytes) {
         note("sendet   ", bytes);
         terminal_->send(bytes);
+        keep_reading_in_bounds();
     };
     line_->hung_up = [this] { hang_up(); };
     terminal_->received = [this](std::string_view bytes) {
