@@ -12,7 +12,7 @@ packages_for_start=(
 )
 packages_for_test=(
   git clang clang-format libclang-rt-14-dev
-  libgtest-dev libgmock-dev libbenchmark-dev
+  libgtest-dev libgmock-dev
 )
 
 purpose=test
