@@ -34,7 +34,8 @@ Failure failure_of(int error, const std::filesystem::path& path) {
 
 class DiskFile final : public BinaryFile {
   public:
-    DiskFile(int descriptor, std::filesystem::path path) : descriptor_(descriptor), path_(std::move(path)) {}
+    DiskFile(int descriptor, std::filesystem::path path, bool appends)
+        : descriptor_(descriptor), path_(std::move(path)), appends_(appends) {}
     ~DiskFile() override { ::close(descriptor_); }
 
     Result<std::int64_t> length() override {
@@ -66,9 +67,11 @@ class DiskFile final : public BinaryFile {
         if (position < 1) return failure(RunTimeError::invalid_call);
         auto at = static_cast<off_t>(position - 1);
         while (!bytes.empty()) {
-            const ssize_t put = pwrite(descriptor_, bytes.data(), bytes.size(), at);
+            const ssize_t put = appends_ ? ::write(descriptor_, bytes.data(), bytes.size())
+                                         : pwrite(descriptor_, bytes.data(), bytes.size(), at);
             if (put < 0 && errno == EINTR) continue;
             if (put < 0) return failure_of(errno, path_);
+            if (put == 0) return failure(RunTimeError::device_io);
             bytes.remove_prefix(static_cast<std::size_t>(put));
             at += put;
         }
@@ -76,12 +79,16 @@ class DiskFile final : public BinaryFile {
     }
 
     Outcome sync() override {
-        return fsync(descriptor_) == 0 ? Outcome{} : Outcome{failure_of(errno, path_)};
+        while (fsync(descriptor_) != 0) {
+            if (errno != EINTR) return failure_of(errno, path_);
+        }
+        return {};
     }
 
   private:
     int descriptor_;
     std::filesystem::path path_;
+    bool appends_;
 };
 
 int flags_of(OpenMode mode) {
@@ -97,53 +104,73 @@ int flags_of(OpenMode mode) {
 Outcome sync_folder(const std::filesystem::path& folder) {
     const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return failure_of(errno, folder);
+    int result = 0;
+    do result = fsync(descriptor);
+    while (result != 0 && errno == EINTR);
     // Some file systems can't do this for folders; the step itself has been taken.
-    const bool synced = fsync(descriptor) == 0 || errno == EINVAL;
+    const bool synced = result == 0 || errno == EINVAL;
     const int error = errno;
     ::close(descriptor);
     return synced ? Outcome{} : Outcome{failure_of(error, folder)};
 }
 
+// The system would take what stands before the zero byte, which is another file.
+bool names_nothing(std::string_view path) { return path.find('\0') != std::string_view::npos; }
+
 } // namespace
 
-Result<std::unique_ptr<BinaryFile>> DiskFiles::open(std::string_view path, OpenMode mode) {
-    std::filesystem::path native = paths_.native(path);
-    const int descriptor = ::open(native.c_str(), flags_of(mode) | O_CLOEXEC | O_NONBLOCK, 0644);
-    if (descriptor < 0) return failure_of(errno, native);
+Result<std::unique_ptr<BinaryFile>> open_native(const std::filesystem::path& path, OpenMode mode) {
+    // A pipe must not keep us waiting for its other end.
+    const int descriptor = ::open(path.c_str(), flags_of(mode) | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0644);
+    if (descriptor < 0) return failure_of(errno, path);
     struct stat status {};
     if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
         ::close(descriptor);
         return failure(RunTimeError::path_file_access);
     }
-    return std::unique_ptr<BinaryFile>(std::make_unique<DiskFile>(descriptor, std::move(native)));
+    return std::unique_ptr<BinaryFile>(
+        std::make_unique<DiskFile>(descriptor, path, mode == OpenMode::append));
+}
+
+Outcome replace_native(const std::filesystem::path& from, const std::filesystem::path& to) {
+    std::filesystem::path target = to;
+    struct stat status {};
+    if (stat(target.c_str(), &status) == 0) {
+        if (access(target.c_str(), W_OK) != 0) return failure_of(errno, target);
+        // The old file's permissions stay; where it is a link, what it leads to is replaced.
+        (void)chmod(from.c_str(), status.st_mode & 07777U);
+        std::error_code error;
+        if (std::filesystem::path real = std::filesystem::canonical(target, error); !error)
+            target = std::move(real);
+    }
+    if (std::rename(from.c_str(), target.c_str()) != 0) return failure_of(errno, from);
+    return sync_folder(target.parent_path());
+}
+
+Result<std::unique_ptr<BinaryFile>> DiskFiles::open(std::string_view path, OpenMode mode) {
+    if (names_nothing(path)) return failure(RunTimeError::path_file_access);
+    return open_native(paths_.native(path), mode);
 }
 
 bool DiskFiles::exists(std::string_view path) {
+    if (names_nothing(path)) return false;
     struct stat status {};
     return stat(paths_.native(path).c_str(), &status) == 0;
 }
 
 Outcome DiskFiles::remove(std::string_view path) {
+    if (names_nothing(path)) return failure(RunTimeError::path_file_access);
     const std::filesystem::path native = paths_.native(path);
     return unlink(native.c_str()) == 0 ? Outcome{} : Outcome{failure_of(errno, native)};
 }
 
 Outcome DiskFiles::replace(std::string_view from, std::string_view to) {
-    const std::filesystem::path source = paths_.native(from);
-    std::filesystem::path target = paths_.native(to);
-    struct stat status {};
-    if (stat(target.c_str(), &status) == 0) {
-        // The old file's permissions stay; where it is a link, what it leads to is replaced.
-        (void)chmod(source.c_str(), status.st_mode & 07777U);
-        std::error_code error;
-        if (std::filesystem::path real = std::filesystem::canonical(target, error); !error)
-            target = std::move(real);
-    }
-    if (std::rename(source.c_str(), target.c_str()) != 0) return failure_of(errno, target);
-    return sync_folder(target.parent_path());
+    if (names_nothing(from) || names_nothing(to)) return failure(RunTimeError::path_file_access);
+    return replace_native(paths_.native(from), paths_.native(to));
 }
 
 Outcome DiskFiles::make_folder(std::string_view path) {
+    if (names_nothing(path)) return failure(RunTimeError::path_file_access);
     std::error_code error;
     std::filesystem::create_directories(paths_.native(path), error);
     return error ? Outcome{failure_of(error.value(), paths_.native(path))} : Outcome{};

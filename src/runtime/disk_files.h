@@ -6,6 +6,11 @@
 
 namespace velorn {
 
+// The same for a path of this machine, for what is read before stored paths lead anywhere.
+Result<std::unique_ptr<BinaryFile>> open_native(const std::filesystem::path& path, OpenMode mode);
+Outcome replace_native(const std::filesystem::path& from, const std::filesystem::path& to);
+
+// A stored path that holds a zero byte names nothing here; it gives error 75.
 class DiskFiles final : public Files {
   public:
     explicit DiskFiles(const Paths& paths) : paths_(paths) {}

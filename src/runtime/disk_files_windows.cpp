@@ -4,7 +4,9 @@
 #include "runtime/disk_files.h"
 
 #include <algorithm>
+#ifndef NOMINMAX
 #define NOMINMAX
+#endif
 #include <windows.h>
 
 namespace velorn {
@@ -15,6 +17,7 @@ Failure failure_of(DWORD error) {
     switch (error) {
     case ERROR_FILE_NOT_FOUND: return failure(RunTimeError::file_not_found);
     case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_DRIVE:
     case ERROR_BAD_NETPATH:
     case ERROR_BAD_NET_NAME: return failure(RunTimeError::path_not_found);
     case ERROR_ACCESS_DENIED:
@@ -24,7 +27,8 @@ Failure failure_of(DWORD error) {
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL: return failure(RunTimeError::disk_full);
     case ERROR_IO_DEVICE:
-    case ERROR_CRC: return failure(RunTimeError::device_io);
+    case ERROR_CRC:
+    case ERROR_NOT_READY: return failure(RunTimeError::device_io);
     default: return failure(RunTimeError::path_file_access);
     }
 }
@@ -82,6 +86,7 @@ class DiskFile final : public BinaryFile {
             const auto want = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1U << 30U));
             DWORD put = 0;
             if (!WriteFile(handle_, bytes.data(), want, &put, &place)) return failure_of(GetLastError());
+            if (put == 0) return failure(RunTimeError::device_io);
             bytes.remove_prefix(put);
             offset += put;
         }
@@ -97,35 +102,61 @@ class DiskFile final : public BinaryFile {
     bool appends_;
 };
 
+// The system would take what stands before the zero byte, which is another file.
+bool names_nothing(std::string_view path) { return path.find('\0') != std::string_view::npos; }
+
+bool is_folder(const std::filesystem::path& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
 } // namespace
 
-Result<std::unique_ptr<BinaryFile>> DiskFiles::open(std::string_view path, OpenMode mode) {
-    const std::filesystem::path native = paths_.native(path);
+Result<std::unique_ptr<BinaryFile>> open_native(const std::filesystem::path& path, OpenMode mode) {
+    if (is_folder(path)) return failure(RunTimeError::path_file_access);
     const DWORD access = mode == OpenMode::read ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE;
     const DWORD creation = mode == OpenMode::read     ? OPEN_EXISTING
                            : mode == OpenMode::create ? CREATE_ALWAYS
                                                       : OPEN_ALWAYS;
-    const HANDLE handle = CreateFileW(native.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+    const HANDLE handle = CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                       creation, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE) return failure_of(GetLastError());
+    // Names such as CON or COM1 lead to devices, which would keep us waiting.
+    if (GetFileType(handle) != FILE_TYPE_DISK) {
+        CloseHandle(handle);
+        return failure(RunTimeError::path_file_access);
+    }
     return std::unique_ptr<BinaryFile>(std::make_unique<DiskFile>(handle, mode == OpenMode::append));
 }
 
+Outcome replace_native(const std::filesystem::path& from, const std::filesystem::path& to) {
+    const BOOL moved =
+        MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    return moved ? Outcome{} : Outcome{failure_of(GetLastError())};
+}
+
+Result<std::unique_ptr<BinaryFile>> DiskFiles::open(std::string_view path, OpenMode mode) {
+    if (names_nothing(path)) return failure(RunTimeError::path_file_access);
+    return open_native(paths_.native(path), mode);
+}
+
 bool DiskFiles::exists(std::string_view path) {
+    if (names_nothing(path)) return false;
     return GetFileAttributesW(paths_.native(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 Outcome DiskFiles::remove(std::string_view path) {
+    if (names_nothing(path)) return failure(RunTimeError::path_file_access);
     return DeleteFileW(paths_.native(path).c_str()) ? Outcome{} : Outcome{failure_of(GetLastError())};
 }
 
 Outcome DiskFiles::replace(std::string_view from, std::string_view to) {
-    const BOOL moved = MoveFileExW(paths_.native(from).c_str(), paths_.native(to).c_str(),
-                                   MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-    return moved ? Outcome{} : Outcome{failure_of(GetLastError())};
+    if (names_nothing(from) || names_nothing(to)) return failure(RunTimeError::path_file_access);
+    return replace_native(paths_.native(from), paths_.native(to));
 }
 
 Outcome DiskFiles::make_folder(std::string_view path) {
+    if (names_nothing(path)) return failure(RunTimeError::path_file_access);
     std::error_code error;
     std::filesystem::create_directories(paths_.native(path), error);
     return error ? Outcome{failure_of(static_cast<DWORD>(error.value()))} : Outcome{};

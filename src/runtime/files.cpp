@@ -7,6 +7,7 @@ Result<std::string> read_whole(Files& files, std::string_view path) {
     if (!file) return file.failure();
     const Result<std::int64_t> length = (*file)->length();
     if (!length) return length.failure();
+    if (*length > largest_whole_file) return failure(RunTimeError::path_file_access);
     return (*file)->read(1, *length);
 }
 

@@ -52,12 +52,16 @@ class Files {
     virtual bool exists(std::string_view path) = 0;
     virtual Outcome remove(std::string_view path) = 0;
 
-    // `from` takes the place of `to` in one step, and the step has reached the disk when this returns.
+    // `from` takes the place of `to` in one step, and the step has reached the disk when this returns. A
+    // write-protected `to` stays, with error 70.
     virtual Outcome replace(std::string_view from, std::string_view to) = 0;
 
     // The folder and those above it; fine if it is there already.
     virtual Outcome make_folder(std::string_view path) = 0;
 };
+
+// What a file may hold to be read as a whole; a larger one gives error 75.
+inline constexpr std::int64_t largest_whole_file = std::int64_t{1} << 30;
 
 // The whole file.
 Result<std::string> read_whole(Files& files, std::string_view path);
@@ -71,7 +75,8 @@ Outcome append_to(Files& files, std::string_view path, std::string_view bytes);
 // Puts new content into a file so that a kill or a power cut at any moment leaves the old or the new content,
 // never a mix. The bytes are those of a plain overwrite: where the new content is shorter, the old file's
 // tail stays behind it. Goes through a neighbour "<path>.neu", which an interrupted run may leave behind and
-// the next one overwrites.
+// the next one overwrites. A failure leaves the old content, but for one: where the last step was taken and
+// could not be made durable, the new content stands and the failure is told.
 Outcome replace_content(Files& files, std::string_view path, std::string_view content);
 
 } // namespace velorn

@@ -50,8 +50,19 @@ std::filesystem::path Paths::native(std::string_view stored) const {
 }
 
 std::optional<std::string> Paths::stored(const std::filesystem::path& native) {
-    const std::u8string utf8 = native.u8string();
-    return cp1252_from_utf8(std::string(utf8.begin(), utf8.end()));
+#ifdef _WIN32
+    std::string text;
+    for (const wchar_t unit : native.native()) { // half a pair of surrogates is nothing that cp1252 has
+        const std::optional<unsigned char> byte = cp1252_of(static_cast<char32_t>(unit));
+        if (!byte) return std::nullopt;
+        text += static_cast<char>(*byte);
+    }
+    return text;
+#else
+    // A backslash within a name would come back as a separator.
+    if (native.native().find('\\') != std::string::npos) return std::nullopt;
+    return cp1252_from_utf8(native.native());
+#endif
 }
 
 std::string_view folder_of(std::string_view stored) {

@@ -22,7 +22,8 @@ class Paths {
     // The path on this machine; creates the default folder of a drive when it is missing.
     std::filesystem::path native(std::string_view stored) const;
 
-    // A path of this machine as it is stored; nothing that cp1252 cannot hold.
+    // A path of this machine as it is stored. Nothing for what cp1252 cannot hold and, elsewhere than on
+    // Windows, for a name with a backslash in it.
     static std::optional<std::string> stored(const std::filesystem::path& native);
 
   private:

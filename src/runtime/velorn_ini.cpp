@@ -1,15 +1,20 @@
 #include "runtime/velorn_ini.h"
 
-#include "runtime/text.h"
+#include "runtime/disk_files.h"
 
+#include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <sstream>
+#include <cstdint>
+#include <memory>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 namespace velorn {
 
 namespace {
+
+constexpr std::int64_t largest_file = std::int64_t{1} << 20; // beyond that it is none of ours
 
 constexpr std::string_view defaults = R"(; Velorn: was von Rechner zu Rechner verschieden ist.
 ; Zeilen mit ; am Anfang sind Erklärungen. Pfade dürfen absolut sein oder unterhalb des Programmordners liegen.
@@ -102,27 +107,71 @@ std::map<std::string, std::string> values_of(std::string_view text) {
     return values;
 }
 
+bool comes_back(std::string_view window, std::string_view place) {
+    const auto found = values_of("[fenster]\n" + std::string(window) + '=' + std::string(place));
+    return found.size() == 1 && !window.empty() &&
+           *found.begin() == std::pair<const std::string, std::string>("fenster/" + lower(window), place);
+}
+
+// The text with the window's line changed, or added below the last line of its section.
+std::string with_window_place(std::string text, std::string_view window, std::string_view place) {
+    const std::string line_text = std::string(window) + '=' + std::string(place);
+    const std::string eol = text.find("\r\n") != std::string::npos ? "\r\n" : "\n";
+    std::optional<std::size_t> section_end;
+    for (const Line& line : lines_of(text)) {
+        if (line.section != "fenster") continue;
+        if (line.key == lower(window)) {
+            const bool cr = line.end > line.begin && text[line.end - 1] == '\r';
+            return text.replace(line.begin, line.end - line.begin - (cr ? 1U : 0U), line_text);
+        }
+        const std::string_view whole = std::string_view(text).substr(line.begin, line.end - line.begin);
+        if (!trimmed(whole).empty()) section_end = line.end;
+    }
+    if (section_end && *section_end < text.size()) return text.insert(*section_end + 1, line_text + eol);
+    if (!text.empty() && text.back() != '\n') text += eol;
+    if (!section_end) text += "[Fenster]" + eol;
+    return text + line_text + eol;
+}
+
+Result<std::string> read_native(const std::filesystem::path& path) {
+    Result<std::unique_ptr<BinaryFile>> file = open_native(path, OpenMode::read);
+    if (!file) return file.failure();
+    const Result<std::int64_t> length = (*file)->length();
+    if (!length) return length.failure();
+    if (*length > largest_file) return failure(RunTimeError::path_file_access);
+    return (*file)->read(1, *length);
+}
+
+// The neighbour first, so that a full disk or a kill leaves the old file.
+Outcome put_in_place(const std::filesystem::path& path, std::string_view text) {
+    std::filesystem::path neighbour = path;
+    neighbour += ".neu";
+    Outcome done;
+    {
+        Result<std::unique_ptr<BinaryFile>> file = open_native(neighbour, OpenMode::create);
+        if (!file) return file.failure();
+        done = (*file)->write(1, text);
+        if (done) done = (*file)->sync();
+    }
+    if (done) done = replace_native(neighbour, path);
+    std::error_code ignored; // what went wrong first is what counts
+    if (!done) std::filesystem::remove(neighbour, ignored);
+    return done;
+}
+
 } // namespace
 
 VelornIni VelornIni::load(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    if (in) {
-        std::ostringstream content;
-        content << in.rdbuf();
-        VelornIni ini = parse(content.str());
-        ini.file_ = file;
-        return ini;
-    }
-    std::ofstream out(file, std::ios::binary);
-    out << defaults;
-    VelornIni ini = parse(defaults);
+    const Result<std::string> text = read_native(file);
+    VelornIni ini = parse(text ? std::string_view(*text) : defaults);
     ini.file_ = file;
+    // Without it a technician has nothing to edit, but the program runs all the same.
+    if (!text && text.failure().is(RunTimeError::file_not_found)) (void)put_in_place(file, defaults);
     return ini;
 }
 
 VelornIni VelornIni::parse(std::string_view utf8) {
     VelornIni ini;
-    ini.text_ = utf8;
     ini.values_ = values_of(utf8);
     return ini;
 }
@@ -155,6 +204,7 @@ std::map<char, std::string> VelornIni::drives() const {
 }
 
 std::optional<std::string> VelornIni::device(int com_port) const {
+    if (com_port < 1 || com_port > 255) return std::nullopt;
     std::optional<std::string> named = value("anschluesse", "com" + std::to_string(com_port));
     if (named && named->empty()) return std::nullopt;
     return named;
@@ -165,41 +215,15 @@ std::optional<std::string> VelornIni::window_place(std::string_view window) cons
 }
 
 Outcome VelornIni::set_window_place(std::string_view window, std::string_view place) {
-    const std::string line_text = std::string(window) + '=' + std::string(place);
-    const std::string eol = text_.find("\r\n") != std::string::npos ? "\r\n" : "\n";
-    std::optional<std::size_t> section_end;
-    bool written = false;
-    for (const Line& line : lines_of(text_)) {
-        if (line.section != "fenster") continue;
-        section_end = line.end;
-        if (line.key != lower(window)) continue;
-        const bool cr = line.end > line.begin && text_[line.end - 1] == '\r';
-        text_.replace(line.begin, line.end - line.begin - (cr ? 1U : 0U), line_text);
-        written = true;
-        break;
-    }
-    if (!written && section_end) {
-        const bool at_end = *section_end >= text_.size();
-        text_.insert(std::min(*section_end + 1, text_.size()), (at_end ? eol : "") + line_text + eol);
-    } else if (!written) {
-        if (!text_.empty() && text_.back() != '\n') text_ += eol;
-        text_ += "[Fenster]" + eol + line_text + eol;
-    }
+    if (!comes_back(window, place)) return failure(RunTimeError::invalid_call);
     values_["fenster/" + lower(window)] = place;
     if (file_.empty()) return {};
 
-    // The neighbour first, so that a full disk leaves the old file.
-    std::filesystem::path neighbour = file_;
-    neighbour += ".neu";
-    {
-        std::ofstream out(neighbour, std::ios::binary | std::ios::trunc);
-        out << text_;
-        out.flush();
-        if (!out) return failure(RunTimeError::path_file_access);
-    }
-    std::error_code error;
-    std::filesystem::rename(neighbour, file_, error);
-    return error ? Outcome{failure(RunTimeError::path_file_access)} : Outcome{};
+    const Result<std::string> text = read_native(file_);
+    if (!text && !text.failure().is(RunTimeError::file_not_found)) return text.failure();
+    const std::string old = text ? *text : std::string(defaults);
+    const std::string changed = with_window_place(old, window, place);
+    return text && changed == old ? Outcome{} : put_in_place(file_, changed);
 }
 
 } // namespace velorn

@@ -16,7 +16,7 @@ namespace velorn {
 class VelornIni {
   public:
     // Reads the file; writes it with its defaults first if it is missing. A damaged line is skipped. A file
-    // that can't be read or written gives the defaults.
+    // that can't be read or written gives the defaults, and one that can't be read stays untouched.
     static VelornIni load(const std::filesystem::path& file);
 
     // From text, for tests.
@@ -41,15 +41,16 @@ class VelornIni {
     // [Fenster]: places and sizes of windows by name, as "x,y,breite,hoehe".
     std::optional<std::string> window_place(std::string_view window) const;
 
-    // Remembers a place and rewrites that line of the file, leaving every other byte as it stands.
+    // Remembers a place and rewrites that line of the file, leaving every other byte as it stands, also what
+    // somebody has edited since it was read. A kill leaves the old file or the new one. Error 5 for a name or
+    // place that would not come back from a line.
     Outcome set_window_place(std::string_view window, std::string_view place);
 
     // The raw value of a key; section and key in any case.
     std::optional<std::string> value(std::string_view section, std::string_view key) const;
 
   private:
-    std::filesystem::path file_; // empty when parsed from text
-    std::string text_;
+    std::filesystem::path file_;                // empty when parsed from text
     std::map<std::string, std::string> values_; // "section/key" in lower case
 };
 
