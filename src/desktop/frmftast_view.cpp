@@ -82,7 +82,8 @@ void FrmftastView::build() {
     }
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(2, 1);
-    column->addLayout(grid, 1);
+    column->addLayout(grid);
+    column->addStretch(1);
 
     auto* buttons = new QDialogButtonBox(this);
     auto* ok = buttons->addButton(to_qstring(frmftast_.cmdOK.Caption.get()), QDialogButtonBox::AcceptRole);
@@ -94,8 +95,8 @@ void FrmftastView::build() {
     connect(ok, &QPushButton::clicked, this, [this] { later_([this] { frmftast_.cmdOK_Click(); }); });
     connect(cancel, &QPushButton::clicked, this, [this] { later_([this] { frmftast_.cmdCancel_Click(); }); });
     column->addWidget(buttons);
-    resize(frmftast_.form.Width, frmftast_.form.Height);
     setMinimumSize(620, sizeHint().height());
+    resize(frmftast_.form.Width, sizeHint().height());
 }
 
 QLineEdit* FrmftastView::add_box(QGridLayout* grid, TextBox& box, int row, int column, const QString& name,
