@@ -1,6 +1,7 @@
 #include "plant/poll_event_loop.h"
 
 #include <algorithm>
+#include <chrono>
 #include <ctime>
 #include <limits>
 #include <poll.h>
@@ -9,10 +10,18 @@
 
 namespace velorn::plant {
 
-std::int64_t PollEventLoop::now_ms() const {
-    const auto passed = std::chrono::steady_clock::now() - start_;
-    return std::chrono::duration_cast<std::chrono::milliseconds>(passed).count();
+namespace {
+
+std::int64_t steady_ms() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
 }
+
+} // namespace
+
+PollEventLoop::PollEventLoop() : start_ms_(steady_ms()) {}
+
+std::int64_t PollEventLoop::now_ms() const { return steady_ms() - start_ms_; }
 
 DateTime PollEventLoop::local_time() const {
     const auto since_1970 = std::chrono::system_clock::now().time_since_epoch();

@@ -3,7 +3,6 @@
 
 #include "runtime/event_loop.h"
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -16,7 +15,7 @@ class PollEventLoop final : public EventLoop {
   public:
     using Ready = std::function<void(short events)>; // the events of poll(2) that came
 
-    PollEventLoop() = default;
+    PollEventLoop();
 
     std::int64_t now_ms() const override;
     DateTime local_time() const override;
@@ -39,7 +38,7 @@ class PollEventLoop final : public EventLoop {
 
     void poll_for(int timeout_ms);
 
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    std::int64_t start_ms_; // of the machine's steady clock
     std::map<int, Watched> watched_;
 };
 

@@ -10,7 +10,6 @@ namespace velorn::plant {
 
 namespace {
 
-constexpr std::int64_t away_ms = 2000; // between hang-up and return
 constexpr std::size_t most_on_the_way = 16 * 1024;
 
 std::string shown(std::string_view bytes) {
@@ -87,14 +86,14 @@ void Station::hang_up() {
         controller_.reset();
         line_.reset();
         terminal_.reset();
-        next_ = loop_.post_at(loop_.now_ms() + away_ms, [this] { reopen(); });
+        next_ = loop_.post_at(loop_.now_ms() + settings_.away_ms, [this] { reopen(); });
     });
 }
 
 void Station::reopen() {
     if (const Outcome opened = open(); !opened) {
         if (announce) announce(settings_.name + ": " + utf8_from_cp1252(opened.failure().text));
-        next_ = loop_.post_at(loop_.now_ms() + away_ms, [this] { reopen(); });
+        next_ = loop_.post_at(loop_.now_ms() + settings_.away_ms, [this] { reopen(); });
     }
 }
 

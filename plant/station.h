@@ -21,6 +21,7 @@ struct StationSettings {
     std::string link; // empty: none
     Faults faults;    // their seed is the controller's too
     std::optional<std::uint64_t> source;
+    std::int64_t away_ms = 2000; // between a hang-up and the return
 };
 
 class Station {
