@@ -10,13 +10,13 @@ namespace velorn {
 
 namespace {
 
-// The one stroke colour of the drawings; it becomes the palette's text colour.
-constexpr const char* drawn_colour = "#1f2a37";
+// The two colours of the drawings. They become the palette's text colour and its accent.
+constexpr const char* drawn_stroke = "#1f2a37";
+constexpr const char* drawn_accent = "#0f6fc6";
 
 class SvgIconEngine final : public QIconEngine {
   public:
-    SvgIconEngine(QString name, const QColor& normal, const QColor& disabled)
-        : name_(std::move(name)), normal_(normal), disabled_(disabled) {}
+    SvgIconEngine(QString name, const QPalette& palette) : name_(std::move(name)), palette_(palette) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         QSvgRenderer renderer(drawing(mode == QIcon::Disabled));
@@ -31,28 +31,27 @@ class SvgIconEngine final : public QIconEngine {
         return picture;
     }
 
-    QIconEngine* clone() const override { return new SvgIconEngine(name_, normal_, disabled_); }
+    QIconEngine* clone() const override { return new SvgIconEngine(name_, palette_); }
 
   private:
     QByteArray drawing(bool disabled) const {
         QFile file(QStringLiteral(":/icons/%1.svg").arg(name_));
         if (!file.open(QIODevice::ReadOnly)) return {};
         QByteArray svg = file.readAll();
-        svg.replace(drawn_colour, (disabled ? disabled_ : normal_).name().toLatin1());
-        if (disabled) svg.replace("#0f6fc6", disabled_.name().toLatin1());
+        const auto group = disabled ? QPalette::Disabled : QPalette::Active;
+        const QColor stroke = palette_.color(group, QPalette::ButtonText);
+        svg.replace(drawn_stroke, stroke.name().toLatin1());
+        svg.replace(drawn_accent,
+                    (disabled ? stroke : palette_.color(group, QPalette::Link)).name().toLatin1());
         return svg;
     }
 
     QString name_;
-    QColor normal_;
-    QColor disabled_;
+    QPalette palette_;
 };
 
 } // namespace
 
-QIcon icon(const QString& name, const QPalette& palette) {
-    return QIcon(new SvgIconEngine(name, palette.color(QPalette::Active, QPalette::ButtonText),
-                                   palette.color(QPalette::Disabled, QPalette::ButtonText)));
-}
+QIcon icon(const QString& name, const QPalette& palette) { return QIcon(new SvgIconEngine(name, palette)); }
 
 } // namespace velorn
