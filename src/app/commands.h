@@ -22,6 +22,7 @@ class Commands {
     void mnuftast_Click();
     void uhrterm_Click();
     void testwindow_Click();
+    void bildumschalt_Click();
 
     World& world_;
     Module1& module1_;
