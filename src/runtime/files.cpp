@@ -12,7 +12,11 @@ Result<std::string> read_whole(Files& files, std::string_view path) {
 }
 
 Outcome ensure_exists(Files& files, std::string_view path) {
-    if (files.exists(path)) return {};
+    // Reading first: a write-protected file is there, too.
+    if (const auto old = files.open(path, OpenMode::read); old)
+        return {};
+    else if (!old.failure().is(RunTimeError::file_not_found))
+        return old.failure();
     const auto file = files.open(path, OpenMode::read_write);
     return file ? Outcome{} : Outcome{file.failure()};
 }
@@ -25,11 +29,9 @@ Outcome append_to(Files& files, std::string_view path, std::string_view bytes) {
 
 Outcome replace_content(Files& files, std::string_view path, std::string_view content) {
     std::string whole{content};
-    if (files.exists(path)) {
-        const Result<std::string> old = read_whole(files, path);
-        if (!old) return old.failure();
-        if (old->size() > whole.size()) whole.append(*old, whole.size());
-    }
+    const Result<std::string> old = read_whole(files, path);
+    if (!old && !old.failure().is(RunTimeError::file_not_found)) return old.failure();
+    if (old && old->size() > whole.size()) whole.append(*old, whole.size());
     const std::string neighbour = std::string(path) + ".neu";
     const auto give_up = [&](const Failure& why) -> Outcome {
         (void)files.remove(neighbour); // what went wrong first is what counts

@@ -66,7 +66,7 @@ inline constexpr std::int64_t largest_whole_file = std::int64_t{1} << 30;
 // The whole file.
 Result<std::string> read_whole(Files& files, std::string_view path);
 
-// Creates the file empty if it isn't there.
+// Creates the file empty if it isn't there; a file that is there must be readable, no more.
 Outcome ensure_exists(Files& files, std::string_view path);
 
 // Appends to the file's end, creating it when missing.

@@ -13,6 +13,7 @@ class MemoryFile final : public BinaryFile {
     Result<std::int64_t> length() override { return static_cast<std::int64_t>(bytes_->size()); }
 
     Result<std::string> read(std::int64_t position, std::int64_t count) override {
+        if (position < 1 || count < 0) return failure(RunTimeError::invalid_call);
         const auto begin = static_cast<std::size_t>(position - 1);
         if (begin >= bytes_->size()) return std::string();
         return bytes_->substr(begin, static_cast<std::size_t>(count));
@@ -20,6 +21,7 @@ class MemoryFile final : public BinaryFile {
 
     Outcome write(std::int64_t position, std::string_view bytes) override {
         if (mode_ == OpenMode::read) return failure(RunTimeError::permission_denied);
+        if (position < 1) return failure(RunTimeError::invalid_call);
         const std::size_t begin =
             mode_ == OpenMode::append ? bytes_->size() : static_cast<std::size_t>(position - 1);
         bytes_->resize(std::max(bytes_->size(), begin + bytes.size()));

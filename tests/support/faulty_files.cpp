@@ -1,0 +1,95 @@
+#include "support/faulty_files.h"
+
+#include <unistd.h>
+
+namespace velorn::test {
+
+class FaultyFiles::File final : public BinaryFile {
+  public:
+    File(FaultyFiles& files, std::unique_ptr<BinaryFile> inner) : files_(files), inner_(std::move(inner)) {}
+
+    Result<std::int64_t> length() override {
+        if (const auto failure = files_.next()) return *failure;
+        return inner_->length();
+    }
+    Result<std::string> read(std::int64_t position, std::int64_t count) override {
+        if (const auto failure = files_.next()) return *failure;
+        return inner_->read(position, count);
+    }
+    Outcome write(std::int64_t position, std::string_view bytes) override {
+        return files_.write(*inner_, position, bytes);
+    }
+    Outcome sync() override {
+        if (const auto failure = files_.next()) return *failure;
+        return inner_->sync();
+    }
+
+  private:
+    FaultyFiles& files_;
+    std::unique_ptr<BinaryFile> inner_;
+};
+
+void FaultyFiles::fail_from(int n, RunTimeError error) {
+    fault_ = Fault::failure_from;
+    turn_ = n;
+    error_ = error;
+}
+
+void FaultyFiles::fail_at(int n, RunTimeError error) {
+    fail_from(n, error);
+    fault_ = Fault::failure_at;
+}
+
+void FaultyFiles::fill_the_disk() { fault_ = Fault::full_disk; }
+
+void FaultyFiles::kill_at(int n, bool in_the_middle_of_a_write) {
+    fault_ = in_the_middle_of_a_write ? Fault::kill_in_write : Fault::kill;
+    turn_ = n;
+}
+
+std::optional<Failure> FaultyFiles::next() {
+    ++count_;
+    const bool killed_now = (fault_ == Fault::kill || fault_ == Fault::kill_in_write) && count_ == turn_;
+    if (killed_now) _exit(killed);
+    const bool fails = (fault_ == Fault::failure_from && count_ >= turn_) ||
+                       (fault_ == Fault::failure_at && count_ == turn_);
+    if (!fails) return std::nullopt;
+    broke_ = true;
+    return failure(error_);
+}
+
+Outcome FaultyFiles::write(BinaryFile& file, std::int64_t position, std::string_view bytes) {
+    const std::string_view half = bytes.substr(0, bytes.size() / 2);
+    if (fault_ == Fault::kill_in_write && count_ + 1 == turn_) (void)file.write(position, half);
+    if (const auto failure = next()) return *failure;
+    if (fault_ != Fault::full_disk) return file.write(position, bytes);
+    broke_ = true;
+    if (const Outcome written = file.write(position, half); !written) return written;
+    return failure(RunTimeError::disk_full);
+}
+
+Result<std::unique_ptr<BinaryFile>> FaultyFiles::open(std::string_view path, OpenMode mode) {
+    if (const auto failure = next()) return *failure;
+    Result<std::unique_ptr<BinaryFile>> inner = inner_.open(path, mode);
+    if (!inner) return inner;
+    return std::unique_ptr<BinaryFile>(std::make_unique<File>(*this, std::move(inner).value()));
+}
+
+bool FaultyFiles::exists(std::string_view path) { return !next() && inner_.exists(path); }
+
+Outcome FaultyFiles::remove(std::string_view path) {
+    if (const auto failure = next()) return *failure;
+    return inner_.remove(path);
+}
+
+Outcome FaultyFiles::replace(std::string_view from, std::string_view to) {
+    if (const auto failure = next()) return *failure;
+    return inner_.replace(from, to);
+}
+
+Outcome FaultyFiles::make_folder(std::string_view path) {
+    if (const auto failure = next()) return *failure;
+    return inner_.make_folder(path);
+}
+
+} // namespace velorn::test
