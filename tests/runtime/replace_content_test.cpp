@@ -83,6 +83,13 @@ TEST_P(ReplaceContent, leavesTheBytesOfAPlainOverwriteAndNoNeighbour) {
     EXPECT_FALSE(neighbour_is_there());
 }
 
+TEST_P(ReplaceContent, theNeighbourHasReachedTheDiskBeforeItTakesThePlace) {
+    FaultyFiles files(disk_);
+    ASSERT_TRUE(replace_content(files, path_, GetParam().wanted).ok());
+    EXPECT_EQ(files.operations(),
+              (std::vector<std::string>{"open", "length", "read", "open", "write", "sync", "replace"}));
+}
+
 TEST_P(ReplaceContent, killedBeforeAnyOperationLeavesOldOrNew) { kill_at_every_operation(false); }
 
 TEST_P(ReplaceContent, killedInTheMiddleOfAnyWriteLeavesOldOrNew) { kill_at_every_operation(true); }

@@ -134,7 +134,7 @@ TEST_F(Ini, whatATechnicianEditsWhileTheProgramRunsStays) {
 
 TEST_F(Ini, aNameOrPlaceThatWouldNotComeBackIsRefused) {
     VelornIni ini = load();
-    for (const char* window : {"", "a=b", "[a]", ";a", "a\nb", " a"}) {
+    for (const char* window : {"", "a=b", ";a", "a\nb", " a"}) {
         EXPECT_TRUE(ini.set_window_place(window, "1").failure().is(RunTimeError::invalid_call)) << window;
     }
     EXPECT_TRUE(

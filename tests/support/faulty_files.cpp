@@ -9,18 +9,18 @@ class FaultyFiles::File final : public BinaryFile {
     File(FaultyFiles& files, std::unique_ptr<BinaryFile> inner) : files_(files), inner_(std::move(inner)) {}
 
     Result<std::int64_t> length() override {
-        if (const auto failure = files_.next()) return *failure;
+        if (const auto failure = files_.next("length")) return *failure;
         return inner_->length();
     }
     Result<std::string> read(std::int64_t position, std::int64_t count) override {
-        if (const auto failure = files_.next()) return *failure;
+        if (const auto failure = files_.next("read")) return *failure;
         return inner_->read(position, count);
     }
     Outcome write(std::int64_t position, std::string_view bytes) override {
         return files_.write(*inner_, position, bytes);
     }
     Outcome sync() override {
-        if (const auto failure = files_.next()) return *failure;
+        if (const auto failure = files_.next("sync")) return *failure;
         return inner_->sync();
     }
 
@@ -47,12 +47,13 @@ void FaultyFiles::kill_at(int n, bool in_the_middle_of_a_write) {
     turn_ = n;
 }
 
-std::optional<Failure> FaultyFiles::next() {
-    ++count_;
-    const bool killed_now = (fault_ == Fault::kill || fault_ == Fault::kill_in_write) && count_ == turn_;
+std::optional<Failure> FaultyFiles::next(const char* operation) {
+    operations_.emplace_back(operation);
+    const auto count = static_cast<int>(operations_.size());
+    const bool killed_now = (fault_ == Fault::kill || fault_ == Fault::kill_in_write) && count == turn_;
     if (killed_now) _exit(killed);
-    const bool fails = (fault_ == Fault::failure_from && count_ >= turn_) ||
-                       (fault_ == Fault::failure_at && count_ == turn_);
+    const bool fails =
+        (fault_ == Fault::failure_from && count >= turn_) || (fault_ == Fault::failure_at && count == turn_);
     if (!fails) return std::nullopt;
     broke_ = true;
     return failure(error_);
@@ -60,8 +61,9 @@ std::optional<Failure> FaultyFiles::next() {
 
 Outcome FaultyFiles::write(BinaryFile& file, std::int64_t position, std::string_view bytes) {
     const std::string_view half = bytes.substr(0, bytes.size() / 2);
-    if (fault_ == Fault::kill_in_write && count_ + 1 == turn_) (void)file.write(position, half);
-    if (const auto failure = next()) return *failure;
+    if (fault_ == Fault::kill_in_write && static_cast<int>(operations_.size()) + 1 == turn_)
+        (void)file.write(position, half);
+    if (const auto failure = next("write")) return *failure;
     if (fault_ != Fault::full_disk) return file.write(position, bytes);
     broke_ = true;
     if (const Outcome written = file.write(position, half); !written) return written;
@@ -69,26 +71,26 @@ Outcome FaultyFiles::write(BinaryFile& file, std::int64_t position, std::string_
 }
 
 Result<std::unique_ptr<BinaryFile>> FaultyFiles::open(std::string_view path, OpenMode mode) {
-    if (const auto failure = next()) return *failure;
+    if (const auto failure = next("open")) return *failure;
     Result<std::unique_ptr<BinaryFile>> inner = inner_.open(path, mode);
     if (!inner) return inner;
     return std::unique_ptr<BinaryFile>(std::make_unique<File>(*this, std::move(inner).value()));
 }
 
-bool FaultyFiles::exists(std::string_view path) { return !next() && inner_.exists(path); }
+bool FaultyFiles::exists(std::string_view path) { return !next("exists") && inner_.exists(path); }
 
 Outcome FaultyFiles::remove(std::string_view path) {
-    if (const auto failure = next()) return *failure;
+    if (const auto failure = next("remove")) return *failure;
     return inner_.remove(path);
 }
 
 Outcome FaultyFiles::replace(std::string_view from, std::string_view to) {
-    if (const auto failure = next()) return *failure;
+    if (const auto failure = next("replace")) return *failure;
     return inner_.replace(from, to);
 }
 
 Outcome FaultyFiles::make_folder(std::string_view path) {
-    if (const auto failure = next()) return *failure;
+    if (const auto failure = next("make_folder")) return *failure;
     return inner_.make_folder(path);
 }
 

@@ -17,6 +17,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velorn::test {
 
@@ -38,7 +39,8 @@ class FaultyFiles final : public Files {
     // The process ends before operation n; where that is a write, after half its bytes if wanted.
     void kill_at(int n, bool in_the_middle_of_a_write = false);
 
-    int operations() const { return count_; }
+    // The operations so far, in order: "open", "length", "read", "write", "sync", "replace" ...
+    const std::vector<std::string>& operations() const { return operations_; }
     bool broke() const { return broke_; }
 
     Result<std::unique_ptr<BinaryFile>> open(std::string_view path, OpenMode mode) override;
@@ -51,7 +53,7 @@ class FaultyFiles final : public Files {
     class File;
 
     // Counts an operation and breaks it if its turn has come.
-    std::optional<Failure> next();
+    std::optional<Failure> next(const char* operation);
     Outcome write(BinaryFile& file, std::int64_t position, std::string_view bytes);
 
     enum class Fault { none, failure_from, failure_at, full_disk, kill, kill_in_write };
@@ -60,7 +62,7 @@ class FaultyFiles final : public Files {
     Fault fault_ = Fault::none;
     int turn_ = 0;
     RunTimeError error_ = RunTimeError::device_io;
-    int count_ = 0;
+    std::vector<std::string> operations_;
     bool broke_ = false;
 };
 
