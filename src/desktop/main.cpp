@@ -53,7 +53,7 @@ int main(int argc, char** argv) {
     const Paths paths(folder, ini.drives());
     DiskFiles files(paths);
     QtEventLoop loop;
-    QtDialogs dialogs(loop);
+    QtDialogs dialogs(loop, paths);
     QtSerialPort serial(loop, [&ini](int com_port) { return device_of(ini, com_port); });
     QtTcpClient tcp(loop);
     const QSize screen = QGuiApplication::primaryScreen()->availableSize();
