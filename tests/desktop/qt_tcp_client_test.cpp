@@ -1,0 +1,131 @@
+#include "desktop/qt_event_loop.h"
+#include "desktop/qt_tcp_client.h"
+#include "patience.h"
+
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <gtest/gtest.h>
+
+namespace velorn {
+
+namespace {
+
+struct TcpLine : testing::Test {
+    QtEventLoop loop;
+    QTcpServer server;
+    QTcpSocket* partner = nullptr;
+    QtTcpClient client{loop};
+    std::string got;
+    int connections = 0;
+    std::vector<int> failures;
+
+    TcpLine() {
+        server.listen(QHostAddress::LocalHost);
+        QObject::connect(&server, &QTcpServer::newConnection,
+                         [this] { partner = server.nextPendingConnection(); });
+        client.connected = [this] { ++connections; };
+        client.arrived = [this] { got += client.take(10'000); };
+        client.failed = [this](int number, const std::string&) { failures.push_back(number); };
+    }
+    bool comes_true(const EventLoop::Condition& condition) { return test::comes_true(loop, condition); }
+    void connect() {
+        client.connect("127.0.0.1", server.serverPort());
+        ASSERT_TRUE(comes_true([&] { return connections == 1 && partner != nullptr; }));
+    }
+};
+
+} // namespace
+
+TEST_F(TcpLine, theStateFollowsTheConnection) {
+    EXPECT_EQ(client.state(), TcpState::closed);
+    client.connect("127.0.0.1", server.serverPort());
+    EXPECT_EQ(client.state(), TcpState::connecting);
+    EXPECT_EQ(connections, 0);
+    ASSERT_TRUE(comes_true([&] { return connections == 1; }));
+    EXPECT_EQ(client.state(), TcpState::connected);
+    client.close();
+    EXPECT_EQ(client.state(), TcpState::closed);
+}
+
+TEST_F(TcpLine, aMegabyteArrivesThoughItIsTakenInSmallPortions) {
+    connect();
+    const QByteArray bytes(1 << 20, 'x');
+    partner->write(bytes);
+    EXPECT_TRUE(comes_true([&] { return got.size() >= static_cast<std::size_t>(bytes.size()); }));
+    EXPECT_TRUE(got == bytes.toStdString());
+}
+
+TEST_F(TcpLine, nobodyTakingHoldsThePartnerBackAndLosesNothing) {
+    connect();
+    client.arrived = {};
+    const QByteArray bytes(32 << 20, 'y');
+    partner->write(bytes);
+    test::pass(loop, 200);
+    EXPECT_GT(partner->bytesToWrite(), 1 << 20);
+    std::size_t total = 0;
+    EXPECT_TRUE(comes_true([&] {
+        for (std::string part = client.take(65536); !part.empty(); part = client.take(65536))
+            total += part.size();
+        return total >= static_cast<std::size_t>(bytes.size());
+    }));
+}
+
+TEST_F(TcpLine, whatIsWrittenBeforeClosingStillReachesThePartner) {
+    connect();
+    client.write("exit\r");
+    client.close();
+    EXPECT_TRUE(comes_true([&] { return partner->bytesAvailable() == 5; }));
+    EXPECT_EQ(partner->readAll(), QByteArray("exit\r"));
+}
+
+TEST_F(TcpLine, aPartnerWhoEndsIsNoFailureAndHisLastBytesCount) {
+    connect();
+    client.arrived = {};
+    partner->write("bye");
+    partner->disconnectFromHost();
+    EXPECT_TRUE(comes_true([&] { return client.state() == TcpState::closing; }));
+    EXPECT_EQ(client.take(100), "bye");
+    EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(TcpLine, aRefusedConnectionBearsThePlatformsNumber) {
+    const quint16 port = server.serverPort();
+    server.close();
+    client.connect("127.0.0.1", port);
+    EXPECT_TRUE(comes_true([&] { return !failures.empty(); }));
+    EXPECT_EQ(failures, std::vector<int>{10061});
+    EXPECT_EQ(client.state(), TcpState::error);
+}
+
+TEST_F(TcpLine, anImpossibleAddressFailsFromTheLoop) {
+    client.connect("", 23);
+    EXPECT_TRUE(failures.empty());
+    EXPECT_TRUE(comes_true([&] { return !failures.empty(); }));
+    client.connect("127.0.0.1", 65536);
+    EXPECT_TRUE(comes_true([&] { return failures.size() == 2; }));
+    EXPECT_EQ(failures.back(), 10049);
+}
+
+TEST_F(TcpLine, whatWouldPileUpBeyondTheLimitIsDroppedAndReportedOnce) {
+    connect();
+    client.write(std::string(QtTcpClient::most_unsent + 1, 'z'));
+    client.write(std::string(QtTcpClient::most_unsent + 1, 'z'));
+    EXPECT_TRUE(comes_true([&] { return !failures.empty(); }));
+    EXPECT_EQ(failures, std::vector<int>{10055});
+    EXPECT_EQ(client.state(), TcpState::connected);
+}
+
+TEST_F(TcpLine, closingAndCallingAgainInsideTheNewsIsHarmless) {
+    connect();
+    client.arrived = [&] {
+        client.close();
+        client.connect("127.0.0.1", server.serverPort());
+    };
+    partner->write("x");
+    EXPECT_TRUE(comes_true([&] { return connections == 2; }));
+    EXPECT_EQ(client.state(), TcpState::connected);
+    EXPECT_TRUE(failures.empty());
+}
+
+} // namespace velorn
