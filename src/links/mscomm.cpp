@@ -177,10 +177,11 @@ void MSComm::set_DTREnable(bool on) {
 void MSComm::data_arrived() {
     const int count = InBufferCount();
     if (r_threshold_ == 0 || count == 0 || count < r_threshold_) return;
+    const std::size_t waiting = port_.available();
     raise(velorn::CommEvent::receive);
     // The port doesn't announce again what it has announced: the rest of a large arrival gets its own event,
     // after whatever else is due.
-    if (const int left = InBufferCount(); left > 0 && left < count) {
+    if (const std::size_t left = port_.available(); left > 0 && left < waiting) {
         loop_.post([this] { data_arrived(); });
     }
 }
