@@ -67,8 +67,8 @@ MainWindow::~MainWindow() {
         if (row.item != nullptr) unbind(row.item(f));
     }
     for (ToolButton& button : f.tool_buttons) unbind(button);
-    unbind(f.form, f.txttest10, f.imgConnected, f.imgNotConnected, f.picipunterbr, f.txtprotschreib,
-           f.txtprotwarn, f.txtbattload, f.sbrStatus.projekt, f.sbrStatus.Settings, f.sbrStatus.ConnectTime);
+    unbind(f.form, f.imgConnected, f.imgNotConnected, f.picipunterbr, f.txtprotschreib, f.txtprotwarn,
+           f.txtbattload, f.sbrStatus.projekt, f.sbrStatus.Settings, f.sbrStatus.ConnectTime);
 }
 
 void MainWindow::later(std::function<void()> what) { program_.world.loop.post(std::move(what)); }
@@ -191,23 +191,17 @@ void MainWindow::build_middle() {
     picture->shown_or_hidden = show_middle;
     show_middle();
 
-    // The trace is seldom wanted: its view is made when it is.
-    bind(f.txttest10, [this, &f, split, trace = static_cast<TerminalView*>(nullptr)]() mutable {
-        if (!f.txttest10.Visible) {
-            delete trace;
-            trace = nullptr;
-            if (!f.txttest10.on_change) return;
-        } else if (trace == nullptr) {
-            const auto keep = f.txttest10.on_change;
-            trace = new TerminalView(f.txttest10, split);
-            trace->setObjectName(QStringLiteral("txttest10"));
-            trace->setAccessibleName(QStringLiteral("Testfenster"));
-            trace->key_down = terminal_->key_down;
-            trace->key_press = terminal_->key_press;
-            split->addWidget(trace);
-            split->setSizes({3, 3, 2});
-        }
-    });
+    auto* trace = new TerminalView(f.txttest10, split);
+    trace->setObjectName(QStringLiteral("txttest10"));
+    trace->setAccessibleName(QStringLiteral("Testfenster"));
+    trace->key_down = terminal_->key_down;
+    trace->key_press = terminal_->key_press;
+    trace->model_changed = [&f, trace] { trace->setVisible(f.txttest10.Visible); };
+    trace->model_changed();
+    split->addWidget(trace);
+    split->setStretchFactor(0, 3);
+    split->setStretchFactor(1, 3);
+    split->setStretchFactor(2, 2);
     column->addWidget(split, 1);
 
     auto* lamps = new QWidget(ground);

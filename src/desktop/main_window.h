@@ -20,7 +20,6 @@ namespace velorn {
 class LampView;
 class SearchField;
 class TerminalView;
-class TraceView;
 
 class MainWindow : public QMainWindow {
   public:

@@ -1,0 +1,92 @@
+// Takes the handbook's pictures: the real windows with a simulated controller at the other end of a line in
+// memory. Usage: velorn-pictures FOLDER [dunkel]; QT_SCALE_FACTOR=2 takes them at double scale. See
+// tools/take-pictures.sh.
+#include "app/program.h"
+#include "desktop/frmftast_view.h"
+#include "desktop/main_window.h"
+#include "desktop/qt_dialogs.h"
+#include "desktop/qt_event_loop.h"
+#include "desktop/search_field.h"
+#include "desktop/style.h"
+#include "desktop/terminal_view.h"
+#include "plant/controller.h"
+#include "runtime/disk_files.h"
+#include "support/fake_serial_port.h"
+#include "support/fake_tcp_client.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTemporaryDir>
+
+using namespace velorn;
+
+int main(int argc, char** argv) {
+    if (argc < 2) return 2;
+    QApplication application(argc, argv);
+    apply_style(application);
+    if (argc > 2) QApplication::setPalette(palette_of(Look::dark));
+    const QString target = QString::fromLocal8Bit(argv[1]);
+    const QString suffix = argc > 2 ? QStringLiteral("-dunkel.png") : QStringLiteral(".png");
+    const QTemporaryDir folder;
+
+    Paths paths(folder.path().toStdString());
+    DiskFiles files(paths);
+    QtEventLoop loop(4);
+    QtDialogs dialogs(loop, paths);
+    test::FakeSerialPort serial(loop);
+    test::FakeTcpClient tcp(loop);
+    plant::Controller controller(loop, 7);
+    controller.send = [&](std::string_view bytes) { serial.arrives(bytes); };
+    serial.on_write = [&](std::string_view bytes) {
+        loop.post([&controller, text = std::string(bytes)] { controller.receive(text); });
+    };
+
+    Program program(World{loop, files, dialogs, serial, tcp, folder.path().toStdString(), {1100, 700}});
+    MainWindow window(program);
+    FrmftastView frmftast(
+        program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+    const auto pass = [&](int ms) {
+        const std::int64_t until = loop.now_ms() + ms;
+        loop.post_at(until, [] {});
+        (void)loop.wait_until([&] { return loop.now_ms() >= until; });
+    };
+    const auto type = [&](std::string_view text) {
+        for (const char c : text) program.keys.Form_KeyPress(static_cast<unsigned char>(c));
+        pass(600);
+    };
+    const auto take = [&](QWidget& shown, const QString& name) {
+        pass(200);
+        shown.grab().save(target + QLatin1Char('/') + name + suffix);
+    };
+
+    program.start.Form_Load();
+    window.showNormal();
+    window.resize(1100, 700);
+    pass(2500);
+    type("\x01");
+    type("temp\r");
+    type("zaehler\r");
+    type("stoerungen\r");
+    take(window, QStringLiteral("hauptfenster"));
+
+    window.terminal().search("er", false);
+    auto* search = static_cast<SearchField*>(window.findChild<QLineEdit*>()->parentWidget());
+    search->open();
+    search->findChild<QLineEdit*>()->setText(QStringLiteral("Vorlauf"));
+    take(window, QStringLiteral("suche"));
+    search->close_search();
+
+    press(program.frmTerminal.testwindow);
+    type("date\r");
+    take(window, QStringLiteral("testfenster"));
+    press(program.frmTerminal.testwindow);
+
+    // The menu's command waits until its window is closed, so what happens in it is queued before.
+    loop.post_at(loop.now_ms() + 500, [&] {
+        take(frmftast, QStringLiteral("funktionstasten"));
+        program.frmftast.cmdCancel_Click();
+    });
+    press(program.frmTerminal.mnuftast);
+    loop.end();
+    return 0;
+}
