@@ -71,10 +71,17 @@ void run(std::string_view bytes) {
         const unsigned what = input.byte();
         switch (what % 8) {
         case 0:
-        case 1:
-        case 2: check(pair.chunk(input.take(input.byte()), false)); break;
-        case 3:
-        case 4: check(pair.chunk(input.take(input.byte()), true)); break;
+        case 1: check(pair.chunk(input.take(input.byte()), false)); break;
+        case 2: check(pair.chunk(input.take(input.byte()), true)); break;
+        case 3: // a keyword, or what is left of it behind a cut
+        case 4: {
+            const std::string_view word = text_of(static_cast<Keyword>(input.byte() % keyword_count));
+            const std::size_t cut = what >= 128 ? input.byte() % word.size() : 0;
+            std::string chunk(word.substr(cut));
+            chunk += input.take(what / 8 % 4);
+            check(pair.chunk(chunk, what % 8 == 4));
+            break;
+        }
         case 5: switch_one(pair, input); break;
         case 6: // much of the same, so that the limits are met
             check(pair.chunk(std::string(16'000, static_cast<char>(input.byte())), what >= 128));

@@ -37,6 +37,7 @@ constexpr EscapeKey escape_keys[] = {
 } // namespace
 
 bool Keys::key_down(int keycode, int shift) {
+    Form_KeyDown(keycode, shift);
     if (keycode == key_a && shift == ctrl_key) {
         send_if_open(soh);
         return true;
@@ -45,7 +46,6 @@ bool Keys::key_down(int keycode, int shift) {
         Form_KeyPress(key_backspace);
         return true;
     }
-    Form_KeyDown(keycode, shift);
     return false;
 }
 
