@@ -12,7 +12,7 @@ EventLoop::TaskId EventLoop::post_at(std::int64_t due_ms, Task task) {
 
 void EventLoop::cancel(TaskId id) { queue_.erase({id.due, id.issue}); }
 
-bool EventLoop::wait_until(const Condition& condition, std::source_location where) {
+bool EventLoop::wait_until(const Condition& condition, SourcePlace where) {
     if (condition()) return true;
     if (ended_) return false;
 
@@ -29,7 +29,7 @@ bool EventLoop::wait_until(const Condition& condition, std::source_location wher
     return true;
 }
 
-void EventLoop::run(std::source_location where) {
+void EventLoop::run(SourcePlace where) {
     while (wait_until([] { return false; }, where)) {
     }
 }

@@ -10,12 +10,12 @@
 #pragma once
 
 #include "runtime/calendar.h"
+#include "runtime/source_place.h"
 
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
-#include <source_location>
 #include <utility>
 #include <vector>
 
@@ -34,7 +34,7 @@ class EventLoop {
     };
 
     struct Waiter {
-        std::source_location where;
+        SourcePlace where;
         std::int64_t since_ms = 0;
     };
 
@@ -56,11 +56,10 @@ class EventLoop {
 
     // Looks at the condition first, then turns the loop until it holds. False: the program ends, return now.
     // The condition must not wait.
-    [[nodiscard]] bool wait_until(const Condition& condition,
-                                  std::source_location where = std::source_location::current());
+    [[nodiscard]] bool wait_until(const Condition& condition, SourcePlace where = SourcePlace::current());
 
     // Turns the loop until the program ends.
-    void run(std::source_location where = std::source_location::current());
+    void run(SourcePlace where = SourcePlace::current());
 
     // Ends the program: all waits return false.
     void end();
