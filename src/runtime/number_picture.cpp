@@ -18,14 +18,37 @@ struct Digits {
     std::string places;
 };
 
-// Rounds half away from zero on the exact value. A binary number that isn't exactly between two decimals is
-// at least 17 digits away from there, so 25 more places tell a tie from its neighbours.
-Digits rounded_digits(double magnitude, std::size_t places) {
-    constexpr std::size_t further = 25;
-    std::vector<char> buffer(400 + places + further);
+// The exact value as far as rounding to `places` asks for it. A binary number that lies beside the middle
+// between two decimals is at least 10 to the power of -(16 + 1.7 places) away from it, so this many more
+// places tell a tie from its neighbours.
+std::string decimal_of(double magnitude, std::size_t places) {
+    const std::size_t precision = 2 * places + 25;
+    std::vector<char> buffer(400 + precision);
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude,
-                                            std::chars_format::fixed, static_cast<int>(places + further));
-    const std::string exact(buffer.data(), end);
+                                            std::chars_format::fixed, static_cast<int>(precision));
+    return {buffer.data(), end};
+}
+
+// The shortest decimal that reads back, with enough zeros behind it to round at `places`.
+std::string decimal_of(float magnitude, std::size_t places) {
+    std::array<char, 32> buffer{};
+    const auto [end, error] =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude, std::chars_format::scientific);
+    const std::string_view spelled(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+    const std::size_t e = spelled.find('e');
+    int exponent = 0;
+    std::from_chars(spelled.data() + e + (spelled[e + 1] == '+' ? 2 : 1), end, exponent);
+    std::string digits(1, spelled[0]);
+    if (e > 2) digits += spelled.substr(2, e - 2);
+
+    if (exponent < 0) digits.insert(0, static_cast<std::size_t>(-exponent), '0');
+    const std::size_t whole = exponent < 0 ? 1 : static_cast<std::size_t>(exponent) + 1;
+    digits.resize(std::max(digits.size(), whole + places + 1), '0');
+    return digits.insert(whole, 1, '.');
+}
+
+// Rounds half away from zero. The decimal has at least one place more than asked for.
+Digits rounded(const std::string& exact, std::size_t places) {
     const std::size_t point = exact.find('.');
     std::string digits = exact.substr(0, point) + exact.substr(point + 1, places);
     if (exact[point + 1 + places] >= '5') {
@@ -70,7 +93,8 @@ std::vector<Token> tokens_of(std::string_view picture) {
 
 bool is_placeholder(const Token& token) { return token.kind == '0' || token.kind == '#'; }
 
-std::string format_decimal(double number, std::string_view picture) {
+template <class Number>
+std::string through_picture(Number number, std::string_view picture) {
     if (!std::isfinite(number)) return number_text(number);
     const std::vector<Token> tokens = tokens_of(picture);
     std::size_t point = 0;
@@ -82,7 +106,7 @@ std::string format_decimal(double number, std::string_view picture) {
         ++places;
         if (tokens[i].kind == '0') kept_places = places;
     }
-    Digits digits = rounded_digits(std::fabs(number), places);
+    Digits digits = rounded(decimal_of(std::fabs(number), places), places);
     const bool rounded_to_zero =
         digits.whole.empty() && digits.places.find_first_not_of('0') == std::string::npos;
     while (digits.places.size() > kept_places && digits.places.back() == '0') digits.places.pop_back();
@@ -144,15 +168,6 @@ std::string shortest(double number, int digits, char point) {
     return text;
 }
 
-double decimal_of(float number) {
-    if (!std::isfinite(number)) return static_cast<double>(number);
-    std::array<char, 64> buffer{};
-    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
-    double value = 0;
-    std::from_chars(buffer.data(), written.ptr, value);
-    return value;
-}
-
 // The end of the number that begins at `from`: sign, digits, one separator, digits, exponent; 0 if there is
 // none.
 std::size_t number_end(std::string_view text, std::size_t from, std::string_view separators) {
@@ -177,6 +192,26 @@ std::size_t number_end(std::string_view text, std::size_t from, std::string_view
     return i;
 }
 
+// Which end of the range a number beyond it has left: too large is more than anything, too small is nothing.
+bool at_least_one(std::string_view spelled) {
+    const std::size_t e = std::min(spelled.find_first_of("eE"), spelled.size());
+    const std::string_view digits = spelled.substr(0, e);
+    const std::size_t point = std::min(digits.find('.'), digits.size());
+    const std::size_t first = digits.find_first_of("123456789");
+    if (first == std::string_view::npos) return false;
+    // Longer than any text that we are given.
+    constexpr long long limit = 1'000'000'000'000;
+    long long exponent = 0;
+    const std::size_t skip = e + 1 < spelled.size() && spelled[e + 1] == '+' ? 2 : 1;
+    if (e + skip < spelled.size()) {
+        const auto read =
+            std::from_chars(spelled.data() + e + skip, spelled.data() + spelled.size(), exponent);
+        if (read.ec == std::errc::result_out_of_range) exponent = spelled[e + 1] == '-' ? -limit : limit;
+        exponent = std::clamp(exponent, -limit, limit);
+    }
+    return static_cast<long long>(point) - static_cast<long long>(first) + exponent > 0;
+}
+
 double read_number(std::string_view spelled) {
     std::string text{spelled};
     for (char& c : text) {
@@ -186,10 +221,7 @@ double read_number(std::string_view spelled) {
     double value = 0;
     const auto read = std::from_chars(begin, text.data() + text.size(), value);
     if (read.ec == std::errc::result_out_of_range) {
-        // Too small is nothing, too large is more than anything.
-        const std::size_t e = text.find_first_of("eE");
-        const bool small = e != std::string::npos && e + 1 < text.size() && text[e + 1] == '-';
-        value = small ? 0.0 : HUGE_VAL;
+        value = at_least_one(std::string_view(begin, text.data() + text.size())) ? HUGE_VAL : 0.0;
         if (text.starts_with('-')) value = -value;
     }
     return value;
@@ -197,16 +229,9 @@ double read_number(std::string_view spelled) {
 
 } // namespace
 
-std::string format(double number, std::string_view picture) { return format_decimal(number, picture); }
+std::string format(double number, std::string_view picture) { return through_picture(number, picture); }
 
-// The shortest decimal that reads back decides what is a tie, so the digits are rounded, not the binary
-// value.
-std::string format(float number, std::string_view picture) {
-    const double decimal = decimal_of(number);
-    if (!std::isfinite(decimal)) return format_decimal(decimal, picture);
-    // A nudge far below the float's own precision lifts a decimal tie that the double missed from below.
-    return format_decimal(decimal * (1 + 4e-16), picture);
-}
+std::string format(float number, std::string_view picture) { return through_picture(number, picture); }
 
 std::string format(const DateTime& moment, std::string_view picture) {
     std::string result;
