@@ -36,6 +36,18 @@ Variant::Tag numeric_tag(const Variant& value) {
     }
 }
 
+double held_number(const Variant& value) {
+    return value.visit_value(Overloaded{
+        [](std::monostate) { return 0.0; },
+        [](Null) { return 0.0; },
+        [](Currency v) { return static_cast<double>(v.ten_thousandths) / 10'000; },
+        [](DateSerial v) { return v.days; },
+        [](const std::string& v) { return number_of(v).value_or(0.0); },
+        [](bool v) { return v ? -1.0 : 0.0; },
+        [](auto v) { return static_cast<double>(v); },
+    });
+}
+
 int width(Variant::Tag tag) {
     constexpr Variant::Tag order[] = {Variant::Tag::i16, Variant::Tag::i32, Variant::Tag::currency,
                                       Variant::Tag::f32, Variant::Tag::f64};
@@ -87,16 +99,8 @@ Result<Integer> as_integer(const Variant& value) {
 Variant::Tag Variant::tag() const { return tags[value_.index()]; }
 
 double Variant::number() const {
-    return std::visit(Overloaded{
-                          [](std::monostate) { return 0.0; },
-                          [](Null) { return 0.0; },
-                          [](Currency v) { return static_cast<double>(v.ten_thousandths) / 10'000; },
-                          [](DateSerial v) { return v.days; },
-                          [](const std::string& v) { return number_of(v).value_or(0.0); },
-                          [](bool v) { return v ? -1.0 : 0.0; },
-                          [](auto v) { return static_cast<double>(v); },
-                      },
-                      value_);
+    const double held = held_number(*this);
+    return std::isnan(held) ? 0.0 : held;
 }
 
 Result<double> Variant::as_f64() const {
@@ -104,7 +108,9 @@ Result<double> Variant::as_f64() const {
     if (const auto* text = std::get_if<std::string>(&value_); text != nullptr && !number_of(*text)) {
         return failure(RunTimeError::type_mismatch);
     }
-    return number();
+    const double held = held_number(*this);
+    if (!std::isfinite(held)) return failure(RunTimeError::overflow);
+    return held;
 }
 
 Result<std::int16_t> Variant::as_i16() const { return as_integer<std::int16_t>(*this); }

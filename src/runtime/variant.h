@@ -68,12 +68,13 @@ class Variant {
     Tag tag() const;
     bool empty() const { return tag() == Tag::empty; }
 
-    // The number that comparisons and arithmetic take. Never fails; texts that spell no number give 0.
+    // The number that comparisons and arithmetic take. Never fails; texts that spell no number give 0, and so
+    // does a NaN, which only a damaged file holds.
     double number() const;
 
     // Conversions that a typed variable or a control's property asks for. Rounding is half to even.
-    // Errors: 13 for a text that spells no number and for Null, 6 where the number doesn't fit. Empty gives
-    // 0.
+    // Errors: 13 for a text that spells no number and for Null, 6 where the number doesn't fit or isn't
+    // finite, as a damaged file may have it. Empty gives 0.
     Result<double> as_f64() const;
     Result<std::int16_t> as_i16() const;
     Result<std::int32_t> as_i32() const;
@@ -96,8 +97,8 @@ class Variant {
     friend std::partial_ordering operator<=>(const Variant& a, const Variant& b);
 
     // By number. The result takes the wider tag of the two (i16 < i32 < currency < f32 < f64; text, date and
-    // Empty as f64, f64 and i16), and the next wider where it doesn't fit. Errors: 11 for a division by zero,
-    // 6 where an f64 overflows. Division gives f64. A Null on either side gives Null.
+    // Empty as f64, f64 and i16). Where it doesn't fit, i16 becomes i32 and all others f64. Errors: 11 for a
+    // division by zero, 6 where an f64 overflows. Division gives f64. A Null on either side gives Null.
     friend Result<Variant> add(const Variant& a, const Variant& b);
     friend Result<Variant> subtract(const Variant& a, const Variant& b);
     friend Result<Variant> multiply(const Variant& a, const Variant& b);
