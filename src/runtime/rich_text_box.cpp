@@ -26,9 +26,11 @@ void RichTextBox::append(std::string_view text) {
 
 void RichTextBox::remove_front(std::size_t count) {
     count = std::min(count, text_.size());
-    const std::size_t start = sel_start_ > count ? sel_start_ - count : 0;
+    const auto moved = [count](std::size_t position) { return position > count ? position - count : 0; };
+    const std::size_t start = moved(sel_start_);
+    const std::size_t end = moved(sel_start_ + sel_length_);
     edit(0, count, {});
-    select(start, sel_length_);
+    select(start, end - start);
 }
 
 void RichTextBox::edit(std::size_t position, std::size_t removed, std::string_view inserted) {
