@@ -40,7 +40,7 @@ void TerminalView::paint_row(TerminalFont::Row& out, QPainter& painter, std::siz
     const auto group = hasFocus() ? QPalette::Active : QPalette::Inactive;
     const Tones plain{QColor(), text_colour_};
     const Tones selected{palette().color(group, QPalette::Highlight),
-                        palette().color(group, QPalette::HighlightedText)};
+                         palette().color(group, QPalette::HighlightedText)};
     const Tones mark{marks.ground, marks.text};
     const Tones current_mark{marks.current_ground, marks.current_text};
 
@@ -58,9 +58,9 @@ void TerminalView::paint_row(TerminalFont::Row& out, QPainter& painter, std::siz
         const bool in_hit = hit < search_.count() && search_.hit(hit) <= i;
         const bool in_selection = i >= selection_from && i < selection_to;
         const Tones& look = in_hit && current == hit ? current_mark
-                           : in_selection           ? selected
-                           : in_hit                 ? mark
-                                                    : plain;
+                            : in_selection           ? selected
+                            : in_hit                 ? mark
+                                                     : plain;
         const bool line_end = text[i] == '\n';
         const int cells = line_end ? 1 : lines_.width(text[i], column);
         if (look.ground.isValid() && cells > 0) {
