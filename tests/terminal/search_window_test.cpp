@@ -54,7 +54,8 @@ TEST(SearchWindow, findsWhatAPlainSearchFindsAfterAnyAppendsClearsAndCuts) {
             text += piece;
         }
         }
-        expect_all_as_in(window, text);
+        // Not after each step: a question may put right what the next step would have shown.
+        if (below(4) == 0) expect_all_as_in(window, text);
         if (HasFatalFailure()) return;
     }
 }
@@ -125,6 +126,14 @@ TEST(SearchWindow, findsTheSecondWhenTheFirstIsCutAway) {
     EXPECT_EQ(window.find(Keyword::ok), 1U);
     window.keep_last(1);
     EXPECT_EQ(window.find(Keyword::ok), 0U);
+}
+
+TEST(SearchWindow, findsTheSecondOfThreeThoughNobodyAskedBeforeTheThirdCame) {
+    SearchWindow window;
+    window.append("OK..OK");
+    window.cut_to(2);
+    window.append("..OK");
+    EXPECT_EQ(window.find(Keyword::ok), 4U);
 }
 
 TEST(SearchWindow, tellsCapitalsFromSmallLetters) {
