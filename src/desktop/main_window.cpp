@@ -51,7 +51,7 @@ void bind_notice(TextBox& box, QLabel* label, const char* name) {
 
 MainWindow::MainWindow(Program& program) : program_(program) {
     setObjectName(QStringLiteral("frmTerminal"));
-    setMinimumSize(860, 480);
+    setMinimumSize(640, 360); // half of 1366 x 768 at double scale still holds it
     build_middle();
     build_menu();
     build_toolbar();
