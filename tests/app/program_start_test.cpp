@@ -191,6 +191,19 @@ TEST(TheEmptyTimer, switchesItselfOff) {
     EXPECT_FALSE(p.frmTerminal.Timer2.Enabled);
 }
 
+TEST(AfterRemoteControl, theTerminalShowsAgainWhatArrives) {
+    TestProgram p;
+    p.start();
+    p.receive("*FERNBED");
+    EXPECT_FALSE(p.frmTerminal.txtterm.Visible);
+    p.receive(" - OFFLINE - ");
+    EXPECT_TRUE(p.frmTerminal.txtterm.Visible);
+    EXPECT_FALSE(p.frmTerminal.termecho);
+    p.loop.pass(1200);
+    p.receive("wieder da");
+    EXPECT_EQ(p.terminal(), "wieder da");
+}
+
 TEST(TheCarriedBoxes, holdTheirTexts) {
     TestProgram p;
     EXPECT_EQ(p.frmTerminal.txttest1.Text.get(), "user");
