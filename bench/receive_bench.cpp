@@ -3,9 +3,11 @@
 #include "app/program.h"
 #include "rounds.h"
 #include "runtime/virtual_event_loop.h"
+#include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
 #include "support/memory_files.h"
+#include "support/nobody_there.h"
 
 #include <queue>
 
@@ -17,18 +19,6 @@ using namespace velorn;
 using namespace velorn::bench;
 
 namespace {
-
-// Nobody is asked anything here.
-class NoDialogs final : public Dialogs {
-  public:
-    Answer message_box(std::string_view, int, std::string_view) override { return Answer::cancel; }
-    std::optional<std::string> input_box(std::string_view, std::string_view, std::string_view) override {
-        return {};
-    }
-    Result<std::string> choose_file(const FileQuestion&) override {
-        return failure(RunTimeError::dialog_cancelled);
-    }
-};
 
 // Lines of text as a controller's shell sends them, without a keyword in them.
 std::string terminal_text(std::size_t size, bool mixed) {
@@ -55,10 +45,11 @@ std::string terminal_text(std::size_t size, bool mixed) {
 struct Bench {
     VirtualEventLoop loop;
     velorn::test::MemoryFiles files;
-    NoDialogs dialogs;
+    velorn::test::NobodyThere dialogs;
     velorn::test::FakeSerialPort serial{loop};
     velorn::test::FakeTcpClient tcp{loop};
-    Program program{World{loop, files, dialogs, serial, tcp, "c:\\velorn", {1366, 768}}};
+    test::FakePrinter printer;
+    Program program{World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1366, 768}}};
 
     explicit Bench(const std::string& text) {
         program.module1.loginalter = 1000;

@@ -5,6 +5,7 @@
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
 #include "desktop/qt_event_loop.h"
+#include "desktop/qt_printer.h"
 #include "desktop/qt_serial_port.h"
 #include "desktop/qt_tcp_client.h"
 #include "desktop/style.h"
@@ -102,7 +103,9 @@ int main(int argc, char** argv) {
     QtDialogs dialogs(loop, paths);
     QtSerialPort serial(loop, [&](int) { return slave_name; });
     QtTcpClient tcp(loop);
-    Program program(World{loop, files, dialogs, serial, tcp, folder.path().toStdString(), {1366, 768}});
+    QtPrinter printer(loop);
+    Program program(
+        World{loop, files, dialogs, serial, tcp, printer, folder.path().toStdString(), {1366, 768}});
     MainWindow window(program);
     program.start.Form_Load();
     const auto pass = [&](std::int64_t ms) {

@@ -2,9 +2,11 @@
 // second start reads what the first one left.
 #include "app/program.h"
 #include "runtime/virtual_event_loop.h"
+#include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
 #include "support/memory_files.h"
+#include "support/nobody_there.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -14,23 +16,13 @@ using namespace velorn;
 
 namespace {
 
-class NobodyThere final : public Dialogs {
-  public:
-    Answer message_box(std::string_view, int, std::string_view) override { return Answer::ok; }
-    std::optional<std::string> input_box(std::string_view, std::string_view, std::string_view) override {
-        return {};
-    }
-    Result<std::string> choose_file(const FileQuestion&) override {
-        return failure(RunTimeError::dialog_cancelled);
-    }
-};
-
 void start(test::MemoryFiles& files) {
     VirtualEventLoop loop;
-    NobodyThere dialogs;
+    test::NobodyThere dialogs;
     test::FakeSerialPort serial(loop);
     test::FakeTcpClient tcp(loop);
-    Program program(World{loop, files, dialogs, serial, tcp, "c:\\velorn", {1366, 768}});
+    test::FakePrinter printer;
+    Program program(World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1366, 768}});
     program.start.Form_Load();
     if (!program.frmTerminal.form.Visible) std::abort();
     if (program.settings.einstversion2 < Variant(std::int16_t{20})) std::abort();

@@ -11,6 +11,7 @@
 #include "desktop/terminal_view.h"
 #include "plant/controller.h"
 #include "runtime/disk_files.h"
+#include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
 
@@ -35,13 +36,15 @@ int main(int argc, char** argv) {
     QtDialogs dialogs(loop, paths);
     test::FakeSerialPort serial(loop);
     test::FakeTcpClient tcp(loop);
+    test::FakePrinter printer;
     plant::Controller controller(loop, 7);
     controller.send = [&](std::string_view bytes) { serial.arrives(bytes); };
     serial.on_write = [&](std::string_view bytes) {
         loop.post([&controller, text = std::string(bytes)] { controller.receive(text); });
     };
 
-    Program program(World{loop, files, dialogs, serial, tcp, folder.path().toStdString(), {1100, 700}});
+    Program program(
+        World{loop, files, dialogs, serial, tcp, printer, folder.path().toStdString(), {1100, 700}});
     MainWindow window(program);
     FrmftastView frmftast(
         program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);

@@ -59,9 +59,7 @@ void ProgramStart::Form_Load() {
     while (!load_settings_once()) {
         if (world_.loop.ended()) return;
     }
-    for (std::size_t column = 1; column <= 80; ++column) {
-        for (std::size_t row = 1; row <= 29; ++row) frmTerminal_.schirm[column][row].fill(' ');
-    }
+    frmTerminal_.schirm.blank();
     frmTerminal_.zeile = 1;
     frmTerminal_.spalte = 1;
     frmTerminal_.fernbedaktiv = false;

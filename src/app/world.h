@@ -16,6 +16,7 @@ struct World {
     Dialogs& dialogs;
     SerialPort& serial;
     TcpClient& tcp;
+    Printer& printer;
     std::string program_folder; // stored form, cp1252, without a trailing separator
     ScreenSize screen;
 };

@@ -150,7 +150,13 @@ FrmTerminal::FrmTerminal(EventLoop& loop)
 
     Picture1.Visible = false;
     Picture2.Visible = false;
+    picabs.Visible = false;
+    for (Label& label : labkal) label.Visible = false;
+    Label13.Visible = false;
     txttest10.Visible = false;
+    txtsnapshot.Visible = false;
+    clrtxtsnap.Visible = false;
+    clrtxtsnap.Caption = "Löschen"_w;
     txtprotschreib.Visible = false;
     txtprotwarn.Visible = false;
     txtbattload.Visible = false;

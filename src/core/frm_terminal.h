@@ -3,6 +3,7 @@
 // keys), app/ (start, end, menu).
 #pragma once
 
+#include "core/schirm.h"
 #include "runtime/canvas.h"
 #include "runtime/controls.h"
 #include "runtime/rich_text_box.h"
@@ -42,7 +43,14 @@ struct FrmTerminal {
     int txtterm_width = 0, txtterm_height = 0; // logical pixels
     PictureBox Picture1;                       // the mirrored display, in its place
     PictureBox Picture2;                       // the ground on which pictures of the controller are drawn
+    PictureBox picabs;                         // the weekly calendar's graphic, over Picture1
+    std::array<Label, 10> labkal;              // labkal1 to labkal9, its texts; index 0 is not used
+    Label Label13;                             // its ruler of hours
     RichTextBox txttest10;                     // the byte trace
+    RichTextBox txtsnapshot;                   // the display snapshots of the site
+    RichTextBox Richtxt;                       // what is printed; never shown
+    Button clrtxtsnap;                         // empties txtsnapshot
+    std::string txttograph96;                  // a day graph's text, while it arrives; never shown
     TextBox txttovis;                          // to a visualisation program
     TextBox txtprotschreib;                    // notice: a capture is being written
     TextBox txtprotwarn;                       // notice: there is no file for a capture
@@ -129,8 +137,7 @@ struct FrmTerminal {
     std::int16_t ticks26 = 0, ticks27 = 0, ticks28 = 0; // tick counters of the timers
     DateTime verbindungszeit;                           // when the serial port was opened
 
-    // The mirrored screen: columns 0 to 80, rows 0 to 29; plane 0 characters, 1 attributes, 2 repaint marks.
-    std::array<std::array<std::array<char, 3>, 30>, 81> schirm{};
+    Schirm schirm; // the mirrored screen
 };
 
 // Shows the mirrored display in the terminal's place, emptied, its cursor at the start.

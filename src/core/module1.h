@@ -45,6 +45,9 @@ struct Module1 {
     bool usergesendet = false;
     bool passgesendet = false;
 
+    bool grafikfern = false;  // the evaluation was opened by the controller's own request
+    bool neuedispauf = false; // snapshots were taken that the phone book hasn't stored
+
     bool empfgrafick = false; // received text goes to the download window
     bool empfleeren = false;  // its text is emptied before the next chunk
 

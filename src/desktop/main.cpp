@@ -3,6 +3,7 @@
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
 #include "desktop/qt_event_loop.h"
+#include "desktop/qt_printer.h"
 #include "desktop/qt_serial_port.h"
 #include "desktop/qt_tcp_client.h"
 #include "desktop/style.h"
@@ -56,9 +57,10 @@ int main(int argc, char** argv) {
     QtDialogs dialogs(loop, paths);
     QtSerialPort serial(loop, [&ini](int com_port) { return device_of(ini, com_port); });
     QtTcpClient tcp(loop);
+    QtPrinter printer(loop);
     const QSize screen = QGuiApplication::primaryScreen()->availableSize();
 
-    Program program(World{loop, files, dialogs, serial, tcp, Paths::stored(folder).value_or("."),
+    Program program(World{loop, files, dialogs, serial, tcp, printer, Paths::stored(folder).value_or("."),
                           ScreenSize{screen.width(), screen.height()}});
     MainWindow window(program);
     FrmftastView frmftast(

@@ -5,7 +5,11 @@
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QDoubleSpinBox>
 #include <QFileDialog>
+#include <QFontComboBox>
+#include <QFontDatabase>
+#include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -163,6 +167,58 @@ Result<std::string> QtDialogs::choose_file(const FileQuestion& question) {
                     "Bitte eine Datei mit einem anderen Namen oder Ordner wählen."_w,
                     48);
     }
+}
+
+Result<FontChoice> QtDialogs::choose_font(const FontChoice& proposal) {
+    Opened<QDialog> dialog;
+    dialog->setObjectName(QStringLiteral("font_dialog"));
+    dialog->setWindowTitle(to_qstring("Zeichensatz wählen"_w));
+    auto* const family = new QFontComboBox(dialog.dialog);
+    family->setObjectName(QStringLiteral("family"));
+    family->setEditable(false);
+    family->setFontFilters(QFontComboBox::MonospacedFonts | QFontComboBox::ScalableFonts);
+    if (const QString name = to_qstring(proposal.name); QFontDatabase::hasFamily(name)) {
+        family->setCurrentFont(QFont(name));
+    } else {
+        family->setCurrentFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    }
+    auto* const size = new QDoubleSpinBox(dialog.dialog);
+    size->setObjectName(QStringLiteral("size"));
+    size->setLocale(QLocale(QLocale::German));
+    size->setRange(3, 72);
+    size->setDecimals(1);
+    size->setSuffix(to_qstring(" Punkt"));
+    size->setValue(proposal.points);
+    auto* const sample = new QLabel(to_qstring("Vorlauf 74,3 °C  Rücklauf 58,1 °C"_w), dialog.dialog);
+    sample->setObjectName(QStringLiteral("sample"));
+    sample->setFrameShape(QFrame::StyledPanel);
+    sample->setAlignment(Qt::AlignCenter);
+    sample->setMinimumSize(420, 72);
+    const auto show_sample = [=] {
+        QFont font = family->currentFont();
+        font.setPointSizeF(std::min(size->value(), 24.0)); // larger ones would burst the dialog
+        sample->setFont(font);
+    };
+    QObject::connect(family, &QFontComboBox::currentFontChanged, sample, show_sample);
+    QObject::connect(size, &QDoubleSpinBox::valueChanged, sample, show_sample);
+    show_sample();
+    auto* const buttons = new QDialogButtonBox(dialog.dialog);
+    buttons->addButton(to_qstring("OK"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    buttons->addButton(to_qstring("Abbrechen"), QDialogButtonBox::RejectRole);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, dialog.dialog, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, dialog.dialog, &QDialog::reject);
+    auto* const form = new QFormLayout;
+    form->addRow(to_qstring("&Schriftart:"), family);
+    form->addRow(to_qstring("S&chriftgrad:"), size);
+    auto* const column = new QVBoxLayout(dialog.dialog);
+    column->addLayout(form);
+    column->addWidget(sample, 1);
+    column->addWidget(buttons);
+
+    if (!show(*dialog.dialog) || dialog->result() != QDialog::Accepted)
+        return failure(RunTimeError::dialog_cancelled);
+    const auto name = to_cp1252(family->currentFont().family());
+    return FontChoice{name ? *name : proposal.name, size->value()};
 }
 
 } // namespace velorn

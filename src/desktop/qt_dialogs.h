@@ -27,6 +27,8 @@ class QtDialogs final : public Dialogs {
     // caller's business. A path that cp1252 can't hold is asked for again, with the reason.
     Result<std::string> choose_file(const FileQuestion& question) override;
 
+    Result<FontChoice> choose_font(const FontChoice& proposal) override;
+
   private:
     // Opens the dialog and waits for its end. False: the program ends, or the dialog went with its window.
     bool show(QDialog& dialog);

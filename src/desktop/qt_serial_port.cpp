@@ -6,6 +6,7 @@
 #include "runtime/text.h"
 
 #include <QSerialPort>
+#include <QSerialPortInfo>
 
 #include <algorithm>
 #include <array>
@@ -143,6 +144,21 @@ void QtSerialPort::close() {
 }
 
 bool QtSerialPort::is_there(int com_port) const { return native_serial::is_there(device_(com_port)); }
+
+std::vector<SerialPort::There> QtSerialPort::ports_there() const {
+    constexpr int highest = 255;
+    std::vector<There> found;
+    for (int com_port = 1; com_port <= highest; ++com_port) {
+        const std::string device = device_(com_port);
+        if (!native_serial::is_there(device)) continue;
+        const QSerialPortInfo info(QString::fromStdString(native_serial::resolved(device)));
+        QString name = info.description();
+        if (name.isEmpty()) name = info.manufacturer();
+        if (name.isEmpty()) name = QString::fromStdString(device);
+        found.push_back({com_port, to_cp1252_or(name, '?')});
+    }
+    return found;
+}
 
 bool QtSerialPort::can(const SerialSettings& settings) const {
     if (settings.baud < 1 || settings.data_bits < 5 || settings.data_bits > 8) return false;

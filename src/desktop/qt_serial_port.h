@@ -23,6 +23,7 @@ class QtSerialPort final : public SerialPort {
     void close() override;
     bool is_open() const override { return line_ != nullptr; }
     bool is_there(int com_port) const override;
+    std::vector<There> ports_there() const override;
 
     bool can(const SerialSettings& settings) const override;
     Outcome apply(const SerialSettings& settings) override;

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velorn {
 
@@ -37,6 +38,14 @@ class SerialPort {
 
     // Whether the device of a port number is there at this moment.
     virtual bool is_there(int com_port) const = 0;
+
+    // The ports that are there at this moment, by rising number, each with the name that the system has for
+    // its adapter (cp1252, may be empty).
+    struct There {
+        int com_port = 0;
+        std::string adapter;
+    };
+    virtual std::vector<There> ports_there() const = 0;
 
     // What this system can do at all; asked before settings are accepted, open or not.
     virtual bool can(const SerialSettings& settings) const = 0;
@@ -113,6 +122,12 @@ struct FileQuestion {
     bool saving = false;
 };
 
+struct FontChoice {
+    std::string name;  // cp1252
+    double points = 0; // above 0
+    bool operator==(const FontChoice&) const = default;
+};
+
 // Boxes and dialogs. Each call opens one and turns the event loop until it is answered; reception goes on
 // behind it. When the program ends meanwhile, the answer is that of cancelling.
 class Dialogs {
@@ -129,6 +144,20 @@ class Dialogs {
 
     // A stored path; error 32755 when cancelled.
     virtual Result<std::string> choose_file(const FileQuestion& question) = 0;
+
+    // The font that the person chose; error 32755 when cancelled. A fixed-pitch one is offered.
+    virtual Result<FontChoice> choose_font(const FontChoice& proposal) = 0;
+};
+
+// ---- printer ----
+
+class Printer {
+  public:
+    virtual ~Printer() = default;
+
+    // Shows the printer dialog, which also prints to a PDF file, and prints the text in a fixed-pitch font
+    // over as many pages as it takes. Error 32755 when cancelled; 57 when the device fails.
+    virtual Outcome print_text(std::string_view text, std::string_view title) = 0;
 };
 
 class Clipboard {

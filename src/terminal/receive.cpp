@@ -79,11 +79,11 @@ void Receive::take(std::string& empfangen, bool over_tcp) {
         return;
     }
     if (module1_.trace) trace_bytes(frmTerminal_, received_prefix, empfangen);
-    empfangauswerten(empfangen, txtvergl);
+    const bool capture_taken = empfangauswerten(empfangen, txtvergl);
     if (loop_.ended()) return;
 
     if (frmTerminal_.fernbedaktiv && !frmTerminal_.visaktiv) {
-        receive_events.screen_input(empfangen, over_tcp);
+        receive_events.screen_input(empfangen, over_tcp, capture_taken);
     } else if (frmTerminal_.fernbedaktiv) {
         receive_events.visual_input(empfangen, over_tcp);
     } else if (!over_tcp || module1_.gatewayoffen) {
@@ -91,12 +91,12 @@ void Receive::take(std::string& empfangen, bool over_tcp) {
     }
 }
 
-void Receive::empfangauswerten(std::string& empfangen, SearchWindow& ziel) {
+bool Receive::empfangauswerten(std::string& empfangen, SearchWindow& ziel) {
     remove_nuls(empfangen);
     if (!frmTerminal_.uhrzeitan && frmTerminal_.logdatei != 0) {
         // The LOG holds the controller's own codes. Its box may wait, and the program may end meanwhile.
         events_.log_text(empfangen);
-        if (loop_.ended()) return;
+        if (loop_.ended()) return false;
     }
     umlauts_from_cp437(empfangen);
 
@@ -140,8 +140,10 @@ void Receive::empfangauswerten(std::string& empfangen, SearchWindow& ziel) {
     if (module1_.loginalter < 15) login(ziel);
     if (!module1_.protokollaktiv) answers(ziel);
     if (module1_.wartefortsetzung) continuation(ziel);
+    bool capture_taken = false;
     if (const std::size_t p = ziel.find(Keyword::capture_begins); p > 0) {
         ziel.cut_to(p + 3);
+        capture_taken = true;
         receive_events.capture_begins();
     }
     if (module1_.protokollaktiv) {
@@ -151,6 +153,7 @@ void Receive::empfangauswerten(std::string& empfangen, SearchWindow& ziel) {
         frmTerminal_.txtprotschreib.Visible = false;
     }
     if (frmTerminal_.batempfang) receive_events.block_input(ziel);
+    return capture_taken;
 }
 
 // Kept: from the 500th character on. Chunks may be larger than what that takes away; then the oldest go.

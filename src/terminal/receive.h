@@ -24,8 +24,9 @@ namespace velorn {
 
 // What the pipeline has for those above it.
 struct ReceiveEvents {
-    // The mirrored display is on and takes the chunk; over_tcp tells which link it came from.
-    Event<std::string_view, bool> screen_input;
+    // The mirrored display is on and takes the chunk; over_tcp tells which link it came from, capture_taken
+    // that the scanner has already begun a capture for a start mark of this pass.
+    Event<std::string_view, bool, bool> screen_input;
     // The same while a visualisation is attached.
     Event<std::string_view, bool> visual_input;
     // A download has claimed the stream: the chunk goes behind the text of its window, which is emptied first
@@ -50,8 +51,9 @@ class Receive {
     void MSComm1_OnComm();
     void Winsock1_DataArrival();
 
-    // Steps 1 to 25 on the chunk; `empfangen` loses its NULs and takes cp1252 umlauts on the way.
-    void empfangauswerten(std::string& empfangen, SearchWindow& ziel);
+    // Steps 1 to 25 on the chunk; `empfangen` loses its NULs and takes cp1252 umlauts on the way. True: a
+    // capture's start mark was taken in this pass.
+    bool empfangauswerten(std::string& empfangen, SearchWindow& ziel);
 
     // The window is trimmed before the append where it is longer than this.
     static constexpr std::size_t most_searched = 50'000;

@@ -99,7 +99,8 @@ TEST(TheLayout, goesByTheHeightOfTheScreen) {
         ScriptedDialogs dialogs{loop};
         FakeSerialPort serial{loop};
         FakeTcpClient tcp{loop};
-        Program program{World{loop, files, dialogs, serial, tcp, "c:\\velorn", {1000, height}}};
+        FakePrinter printer;
+        Program program{World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1000, height}}};
         program.start.Form_Load();
         EXPECT_EQ(program.frmTerminal.txtterm_width, 990);
         EXPECT_NEAR(program.frmTerminal.txtterm_height, height * share, 0.5);
@@ -136,8 +137,8 @@ TEST(AfterTheStart, theStateIsAsTold) {
     EXPECT_EQ(p.frmTerminal.zeile, 1);
     EXPECT_EQ(p.frmTerminal.spalte, 1);
     EXPECT_EQ(p.module1.apppfad, "c:\\velorn");
-    EXPECT_EQ(p.frmTerminal.schirm[1][1][0], ' ');
-    EXPECT_EQ(p.frmTerminal.schirm[80][29][2], ' ');
+    EXPECT_EQ(p.frmTerminal.schirm.at(Schirm::character, 1, 1), ' ');
+    EXPECT_EQ(p.frmTerminal.schirm.at(Schirm::mark, 80, 29), ' ');
     EXPECT_EQ(p.frmTerminal.txtterm.SelColor, colour::blue);
     EXPECT_TRUE(p.terminal().empty());
     EXPECT_FALSE(p.frmTerminal.imgConnected.Visible);

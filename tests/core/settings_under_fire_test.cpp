@@ -5,6 +5,7 @@
 #include "runtime/virtual_event_loop.h"
 #include "support/faulty_files.h"
 #include "support/scripted_dialogs.h"
+#include "support/nobody_there.h"
 #include "support/settings_samples.h"
 #include "support/temporary_folder.h"
 
@@ -106,20 +107,13 @@ TEST(SettingsUnderFire, aFailureAtAnyOperationIsToldAndLeavesOldOrNew) {
         Settings settings = changed_settings();
         {
             // Whether this operation's failure matters shows in the count of boxes.
-            class Counting final : public Dialogs {
+            class Counting final : public NobodyThere {
               public:
                 Answer message_box(std::string_view text, int code, std::string_view) override {
                     EXPECT_EQ(text, error_text(RunTimeError::disk_full));
                     EXPECT_EQ(code, 48);
                     ++boxes;
                     return Answer::ok;
-                }
-                std::optional<std::string> input_box(std::string_view, std::string_view,
-                                                     std::string_view) override {
-                    return std::nullopt;
-                }
-                Result<std::string> choose_file(const FileQuestion&) override {
-                    return failure(RunTimeError::dialog_cancelled);
                 }
                 int boxes = 0;
             } counting;

@@ -5,6 +5,7 @@
 #include "desktop/search_field.h"
 #include "desktop/style.h"
 #include "desktop/terminal_view.h"
+#include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
 #include "support/memory_files.h"
@@ -33,7 +34,8 @@ struct WindowTest : testing::Test {
     ScriptedDialogs dialogs{loop};
     FakeSerialPort serial{loop};
     FakeTcpClient tcp{loop};
-    Program program{World{loop, files, dialogs, serial, tcp, "c:\\velorn", {1100, 700}}};
+    FakePrinter printer;
+    Program program{World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1100, 700}}};
     MainWindow window{program};
     FrmftastView frmftast{program.frmftast,
                           [this](std::function<void()> what) { loop.post(std::move(what)); }, &window};

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace velorn::test {
 
@@ -40,6 +41,7 @@ class FakeSerialPort : public SerialPort {
         if (sent) sent();
     }
     bool there = true;
+    std::vector<There> adapters = {{1, "Schnittstelle im Speicher"}};
     std::optional<Failure> refuses_to_open;
     int opened = 0;
     int open_port = 0;
@@ -67,6 +69,7 @@ class FakeSerialPort : public SerialPort {
     }
     bool is_open() const override { return open_; }
     bool is_there(int) const override { return there; }
+    std::vector<There> ports_there() const override { return there ? adapters : std::vector<There>{}; }
     bool can(const SerialSettings& wanted) const override {
         return wanted.data_bits >= 5 && wanted.stop != SerialSettings::Stop::one_and_a_half;
     }

@@ -21,6 +21,21 @@ class FakeTcpClient : public TcpClient {
         });
     }
     std::string take_written() { return std::exchange(written_, {}); }
+    // The far end takes the connection, or it comes to nothing; both are announced from within the loop.
+    void succeeds() {
+        current = TcpState::connected;
+        loop_.post([this] {
+            if (connected) connected();
+        });
+    }
+    void fails(int number, std::string description) {
+        current = TcpState::error;
+        loop_.post([this, number, text = std::move(description)] {
+            if (failed) failed(number, text);
+        });
+    }
+    int connects = 0; // how often a connection was asked for
+    int closes = 0;
     TcpState current = TcpState::closed;
     std::string host;
     int port = 0;
@@ -29,8 +44,12 @@ class FakeTcpClient : public TcpClient {
         host = to;
         port = at;
         current = TcpState::connecting;
+        ++connects;
     }
-    void close() override { current = TcpState::closed; }
+    void close() override {
+        current = TcpState::closed;
+        ++closes;
+    }
     TcpState state() const override { return current; }
     void write(std::string_view bytes) override { written_ += bytes; }
     std::string take(std::size_t most) override {

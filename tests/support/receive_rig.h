@@ -51,7 +51,7 @@ struct ReceiveRig {
         events.protocol_mark.connect([this](std::string_view text) { tell("mark:", text); });
 
         ReceiveEvents& up = receive.receive_events;
-        up.screen_input.connect([this](std::string_view text, bool over_tcp) {
+        up.screen_input.connect([this](std::string_view text, bool over_tcp, bool) {
             tell(over_tcp ? "tcp screen:" : "screen:", text);
         });
         up.visual_input.connect([this](std::string_view text, bool over_tcp) {

@@ -8,6 +8,7 @@ ScriptedDialogs::~ScriptedDialogs() {
     for (const Box& box : boxes_) ADD_FAILURE() << "this box never came: " << box.text;
     for (const Input& input : inputs_) ADD_FAILURE() << "this input box never came: " << input.prompt;
     for (const File& file : files_) ADD_FAILURE() << "this file dialog never came: " << file.title;
+    for (const Font& font : fonts_) ADD_FAILURE() << "this font dialog never came: " << font.proposal.name;
 }
 
 void ScriptedDialogs::expect(std::string text, int code, Answer answer, std::function<void()> meanwhile,
@@ -21,6 +22,10 @@ void ScriptedDialogs::expect_input(std::string prompt, std::optional<std::string
 
 void ScriptedDialogs::expect_file(std::string title, Result<std::string> answer) {
     files_.push_back({std::move(title), std::move(answer)});
+}
+
+void ScriptedDialogs::expect_font(FontChoice proposal, Result<FontChoice> answer) {
+    fonts_.push_back({std::move(proposal), std::move(answer)});
 }
 
 Answer ScriptedDialogs::message_box(std::string_view text, int code, std::string_view) {
@@ -42,8 +47,10 @@ Answer ScriptedDialogs::message_box(std::string_view text, int code, std::string
     return box.answer;
 }
 
-std::optional<std::string> ScriptedDialogs::input_box(std::string_view prompt, std::string_view,
-                                                      std::string_view) {
+std::optional<std::string> ScriptedDialogs::input_box(std::string_view prompt, std::string_view title,
+                                                      std::string_view proposal) {
+    last_title = title;
+    last_proposal = proposal;
     shown_.emplace_back(prompt);
     if (inputs_.empty()) {
         ADD_FAILURE() << "unexpected input box: " << prompt;
@@ -57,6 +64,7 @@ std::optional<std::string> ScriptedDialogs::input_box(std::string_view prompt, s
 
 Result<std::string> ScriptedDialogs::choose_file(const FileQuestion& question) {
     shown_.push_back(question.title);
+    last_question = question;
     if (files_.empty()) {
         ADD_FAILURE() << "unexpected file dialog: " << question.title;
         return failure(RunTimeError::dialog_cancelled);
@@ -65,6 +73,18 @@ Result<std::string> ScriptedDialogs::choose_file(const FileQuestion& question) {
     files_.pop_front();
     EXPECT_EQ(question.title, file.title);
     return file.answer;
+}
+
+Result<FontChoice> ScriptedDialogs::choose_font(const FontChoice& proposal) {
+    shown_.push_back(proposal.name);
+    if (fonts_.empty()) {
+        ADD_FAILURE() << "unexpected font dialog: " << proposal.name;
+        return failure(RunTimeError::dialog_cancelled);
+    }
+    const Font font = fonts_.front();
+    fonts_.pop_front();
+    EXPECT_EQ(proposal, font.proposal);
+    return font.answer;
 }
 
 } // namespace velorn::test

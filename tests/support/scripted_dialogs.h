@@ -23,11 +23,19 @@ class ScriptedDialogs : public Dialogs {
                 int open_ms = 0);
     void expect_input(std::string prompt, std::optional<std::string> answer);
     void expect_file(std::string title, Result<std::string> answer);
+    void expect_font(FontChoice proposal, Result<FontChoice> answer);
 
     Answer message_box(std::string_view text, int code, std::string_view title) override;
     std::optional<std::string> input_box(std::string_view prompt, std::string_view title,
                                          std::string_view proposal) override;
     Result<std::string> choose_file(const FileQuestion& question) override;
+    Result<FontChoice> choose_font(const FontChoice& proposal) override;
+
+    // The file dialog that came last.
+    FileQuestion last_question;
+    // What the input box that came last proposed, and its title.
+    std::string last_proposal;
+    std::string last_title;
 
     // What was shown so far, texts of boxes and prompts.
     const std::vector<std::string>& shown() const { return shown_; }
@@ -49,7 +57,13 @@ class ScriptedDialogs : public Dialogs {
         Result<std::string> answer;
     };
 
+    struct Font {
+        FontChoice proposal;
+        Result<FontChoice> answer;
+    };
+
     EventLoop& loop_;
+    std::deque<Font> fonts_;
     std::deque<Box> boxes_;
     std::deque<Input> inputs_;
     std::deque<File> files_;

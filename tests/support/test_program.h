@@ -4,6 +4,7 @@
 
 #include "app/program.h"
 #include "runtime/virtual_event_loop.h"
+#include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
 #include "support/memory_files.h"
@@ -17,7 +18,8 @@ struct TestProgram {
     ScriptedDialogs dialogs{loop};
     FakeSerialPort serial{loop};
     FakeTcpClient tcp{loop};
-    Program program{World{loop, files, dialogs, serial, tcp, folder, {1366, 768}}};
+    FakePrinter printer;
+    Program program{World{loop, files, dialogs, serial, tcp, printer, folder, {1366, 768}}};
 
     static constexpr const char* folder = "c:\\velorn";
 

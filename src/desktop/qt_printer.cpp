@@ -1,0 +1,46 @@
+#include "desktop/qt_printer.h"
+
+#include "desktop/text_rim.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QPointer>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QTextDocument>
+
+#include <memory>
+
+namespace velorn {
+
+namespace {
+
+constexpr double text_points = 9; // 88 columns on a portrait page
+
+} // namespace
+
+Outcome QtPrinter::print_text(std::string_view text, std::string_view title) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(to_qstring(title));
+    const QPointer<QPrintDialog> dialog(new QPrintDialog(&printer, QApplication::activeWindow()));
+    const std::unique_ptr<QObject, void (*)(QObject*)> owned(dialog,
+                                                             [](QObject* object) { object->deleteLater(); });
+    const auto finished = std::make_shared<bool>(false);
+    QObject::connect(dialog, &QDialog::finished, [finished] { *finished = true; });
+    dialog->setWindowModality(dialog->parentWidget() ? Qt::WindowModal : Qt::ApplicationModal);
+    dialog->show();
+    const bool going_on = loop_.wait_until([&] { return *finished || !dialog; });
+    if (!going_on || !dialog || dialog->result() != QDialog::Accepted) {
+        return failure(RunTimeError::dialog_cancelled);
+    }
+    QTextDocument document;
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(text_points);
+    document.setDefaultFont(font);
+    document.setPlainText(to_qstring(text));
+    document.print(&printer);
+    if (printer.printerState() == QPrinter::Error) return failure(RunTimeError::device_io);
+    return {};
+}
+
+} // namespace velorn
