@@ -17,7 +17,6 @@ Commands::Commands(World& world, Module1& module1, SettingsFiles& settings_files
     frmTerminal_.uhrterm.Click = [this] { uhrterm_Click(); };
     frmTerminal_.testwindow.Click = [this] { testwindow_Click(); };
     frmTerminal_.tbrToolBar("clearall").Click = [this] { frmTerminal_.txtterm.set_Text({}); };
-    frmTerminal_.tbrToolBar("bildumschalt").Click = [this] { bildumschalt_Click(); };
     frmTerminal_.tbrToolBar("duestart").Click = [&output] { output.sendetext("d"); };
     frmTerminal_.tbrToolBar("test").Click = [&output] { output.sendetext("\x10\x7b\xfe\x79\x16"); };
 }
@@ -44,18 +43,6 @@ void Commands::testwindow_Click() {
     frmTerminal_.testwindow.Checked = module1_.trace;
     if (module1_.trace) frmTerminal_.txttest10.set_Text({});
     frmTerminal_.txttest10.Visible = module1_.trace;
-}
-
-// Changes between terminal and mirrored display without sending anything.
-void Commands::bildumschalt_Click() {
-    if (!frmTerminal_.fernbedaktiv) {
-        show_mirrored_display(frmTerminal_, false);
-        return;
-    }
-    frmTerminal_.fernbedaktiv = false;
-    frmTerminal_.txtterm.Visible = true;
-    frmTerminal_.Picture1.Visible = false;
-    frmTerminal_.cursorinv = false;
 }
 
 } // namespace velorn

@@ -22,7 +22,6 @@ class Commands {
     void mnuftast_Click();
     void uhrterm_Click();
     void testwindow_Click();
-    void bildumschalt_Click();
 
     World& world_;
     Module1& module1_;

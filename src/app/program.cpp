@@ -13,9 +13,12 @@ Program::Program(World given)
       lamps(frmTerminal, Winsock1),
       port_opening(world.loop, world.dialogs, module1, settings, frmTerminal, MSComm1),
       receive(world.loop, world.files, events, module1, settings, frmTerminal, MSComm1, Winsock1, output),
+      looks(world.dialogs, settings, settings_files, frmTerminal),
+      remote_control(world.loop, world.dialogs, events, module1, settings, settings_files, frmTerminal, waits,
+                     output, MSComm1, receive.receive_events, looks),
       keys(frmTerminal, settings, waits, output),
       frmftast(settings),
-      start(world, events, module1, settings, settings_files, frmTerminal, waits, MSComm1),
+      start(world, events, module1, settings, settings_files, frmTerminal, waits, MSComm1, looks),
       commands(world, module1, settings_files, frmTerminal, start, output, frmftast) {}
 
 } // namespace velorn

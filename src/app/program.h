@@ -16,9 +16,11 @@
 #include "links/output.h"
 #include "links/port_opening.h"
 #include "links/winsock.h"
+#include "terminal/display_looks.h"
 #include "terminal/frmftast.h"
 #include "terminal/keys.h"
 #include "terminal/receive.h"
+#include "terminal/remote_control.h"
 
 namespace velorn {
 
@@ -39,6 +41,8 @@ class Program {
     Lamps lamps;
     PortOpening port_opening;
     Receive receive;
+    DisplayLooks looks;
+    RemoteControl remote_control;
     Keys keys;
     Frmftast frmftast;
     ProgramStart start;

@@ -11,28 +11,11 @@ namespace {
 
 const Variant zero{std::int16_t{0}};
 
-// What a font property takes: a name that isn't empty, a size above 0.
-Outcome set_font_name(Property<std::string>& property, const Variant& value) {
-    const std::string name = value.text();
-    if (name.empty()) return failure(RunTimeError::invalid_property);
-    property = name;
-    return {};
-}
-
-Outcome set_font_size(Property<double>& property, const Variant& value) {
-    const Result<double> size = value.as_f64();
-    if (!size) return size.failure();
-    // Above what a font can have the control takes its largest.
-    if (!(*size > 0)) return failure(RunTimeError::invalid_property);
-    property = std::min(*size, 2160.0);
-    return {};
-}
-
 } // namespace
 
 ProgramStart::ProgramStart(World& world, const Events& events, Module1& module1, Settings& settings,
                            SettingsFiles& settings_files, FrmTerminal& frmTerminal, WaitCounter& waits,
-                           MSComm& MSComm1)
+                           MSComm& MSComm1, DisplayLooks& looks)
     : world_(world),
       events_(events),
       module1_(module1),
@@ -40,7 +23,8 @@ ProgramStart::ProgramStart(World& world, const Events& events, Module1& module1,
       settings_files_(settings_files),
       frmTerminal_(frmTerminal),
       waits_(waits),
-      MSComm1_(MSComm1) {
+      MSComm1_(MSComm1),
+      looks_(looks) {
     frmTerminal_.Timerglobal.Tick = [this] { Timerglobal_Tick(); };
     frmTerminal_.Timer2.Tick = [this] { frmTerminal_.Timer2.Enabled = false; };
     // Remote control has ended, and what arrives is shown again.
@@ -87,7 +71,7 @@ bool ProgramStart::load_settings_once() {
 
     module1_.apppfad = world_.program_folder;
     const Result<SettingsFiles::Pass> pass = settings_files_.read({
-        .colours = [this] { apply_display_colours(); },
+        .colours = [this] { looks_.apply_display_colours(); },
         .autostart = [this] { frmTerminal_.fernbedauto.Checked = settings_.fbautostart > zero; },
     });
     if (pass && *pass == SettingsFiles::Pass::rewritten) return false;
@@ -119,36 +103,9 @@ void ProgramStart::lay_out_window() {
     frmTerminal_.txtterm_height = frmTerminal_.Picture1.Height = height;
 }
 
-void ProgramStart::apply_display_colours() {
-    PictureBox& picture = frmTerminal_.Picture1;
-    const bool blue_and_yellow = settings_.fbfarbe > zero;
-    const Colour ground = blue_and_yellow ? colour::rgb(0, 0, 192) : colour::rgb(192, 192, 255);
-    picture.BackColor = ground;
-    picture.FillColor = ground;
-    picture.ForeColor = blue_and_yellow ? colour::rgb(255, 255, 0) : colour::black;
-    frmTerminal_.termfarb.Checked = blue_and_yellow;
-}
-
-Outcome ProgramStart::apply_display_font(std::string& refused) {
-    PictureBox& picture = frmTerminal_.Picture1;
-    refused = "fbschrift";
-    if (const Outcome set = set_font_name(picture.FontName, settings_.fbschrift); !set) return set;
-    refused = "fbschriftgr";
-    if (const Outcome set = set_font_size(picture.FontSize, settings_.fbschriftgr); !set) return set;
-    const double cell = settings_.zeichenabstand.number() * picture.FontSize;
-    frmTerminal_.zeichenbreite = static_cast<int>(round_to_even(cell));
-    frmTerminal_.zeilenhoehe = static_cast<int>(round_to_even(cell * 1.6));
-    return {};
-}
-
 Outcome ProgramStart::apply_to_controls(std::string& refused) {
-    if (const Outcome set = apply_display_font(refused); !set) return set;
-    refused = "termschrift";
-    if (const Outcome set = set_font_name(frmTerminal_.txtterm.FontName, settings_.termschrift); !set)
-        return set;
-    refused = "termschriftgr";
-    if (const Outcome set = set_font_size(frmTerminal_.txtterm.FontSize, settings_.termschriftgr); !set)
-        return set;
+    if (const Outcome set = looks_.apply_display_font(refused); !set) return set;
+    if (const Outcome set = looks_.apply_terminal_font(refused); !set) return set;
     refused = "comsettings";
     if (const Outcome set = MSComm1_.set_Settings(settings_.comsettings.text()); !set) return set;
 

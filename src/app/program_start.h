@@ -13,6 +13,7 @@
 #include "core/settings_files.h"
 #include "core/wait_counter.h"
 #include "links/mscomm.h"
+#include "terminal/display_looks.h"
 
 #include <set>
 #include <string>
@@ -22,8 +23,8 @@ namespace velorn {
 class ProgramStart {
   public:
     ProgramStart(World& world, const Events& events, Module1& module1, Settings& settings,
-                 SettingsFiles& settings_files, FrmTerminal& frmTerminal, WaitCounter& waits,
-                 MSComm& MSComm1);
+                 SettingsFiles& settings_files, FrmTerminal& frmTerminal, WaitCounter& waits, MSComm& MSComm1,
+                 DisplayLooks& looks);
 
     void Form_Load();
 
@@ -31,12 +32,6 @@ class ProgramStart {
     void Form_QueryUnload();
     // Ends the program. Cancel is set when the person calls it off, since data could not be sent.
     void Form_Unload(bool& Cancel);
-
-    // Font and cell size of the mirrored display from the settings; error 380 for what the control refuses,
-    // with the field's name in `refused`.
-    Outcome apply_display_font(std::string& refused);
-    // Its colours by `fbfarbe`.
-    void apply_display_colours();
 
   private:
     bool load_settings_once();
@@ -56,6 +51,7 @@ class ProgramStart {
     FrmTerminal& frmTerminal_;
     WaitCounter& waits_;
     MSComm& MSComm1_;
+    DisplayLooks& looks_;
     std::set<std::string> refused_in_this_start_;
 };
 

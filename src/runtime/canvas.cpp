@@ -39,8 +39,11 @@ void RecorderCanvas::invert(int x1, int y1, int x2, int y2) {
 }
 
 void RecorderCanvas::text(int x, int y, std::string_view text, const CanvasFont& font, Colour colour) {
+    std::string in_cell;
+    if (font.cell_width > 0 || font.cell_height > 0)
+        in_cell = " in " + std::to_string(font.cell_width) + 'x' + std::to_string(font.cell_height);
     strokes_.push_back(words("text", {x, y}) + " '" + std::string(text) + "' " + font.name + ' ' +
-                       number_text(font.points) + ' ' + hex(colour));
+                       number_text(font.points) + in_cell + ' ' + hex(colour));
 }
 
 } // namespace velorn

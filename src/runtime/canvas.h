@@ -14,6 +14,10 @@ namespace velorn {
 struct CanvasFont {
     std::string name; // cp1252; a font that isn't there shows as the system's fixed font
     double points = 12;
+    // The cell that a character stands in, logical pixels: its letters are made smaller where they would
+    // reach beyond it. 0: as large as they are.
+    int cell_width = 0;
+    int cell_height = 0;
     bool operator==(const CanvasFont&) const = default;
 };
 
@@ -40,7 +44,8 @@ class RecorderCanvas final : public Canvas {
     void invert(int x1, int y1, int x2, int y2) override;
     void text(int x, int y, std::string_view text, const CanvasFont& font, Colour colour) override;
 
-    // Such as "line 0 0 10 0 #0000ff", "text 5 7 'Vorlauf' Courier 12 #000000"; colours as red-green-blue.
+    // Such as "line 0 0 10 0 #0000ff", "text 5 7 'Vorlauf' Courier 12 #000000"; colours as red-green-blue. A
+    // font in a cell: "Courier 12 in 10x19".
     const std::vector<std::string>& strokes() const { return strokes_; }
     void forget() { strokes_.clear(); }
 
@@ -59,6 +64,7 @@ struct PictureBox : Control {
     Property<int> Width{*this, 0}; // logical pixels
     Property<int> Height{*this, 0};
     Canvas* canvas = nullptr;
+    std::function<void()> Paint; // the canvas is a new one, or empty: its owner draws everything anew
 
     void Cls() const {
         if (canvas != nullptr) canvas->clear(BackColor);

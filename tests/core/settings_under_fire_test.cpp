@@ -4,8 +4,8 @@
 #include "runtime/disk_files.h"
 #include "runtime/virtual_event_loop.h"
 #include "support/faulty_files.h"
-#include "support/scripted_dialogs.h"
 #include "support/nobody_there.h"
+#include "support/scripted_dialogs.h"
 #include "support/settings_samples.h"
 #include "support/temporary_folder.h"
 

@@ -18,6 +18,12 @@ TEST(RecorderCanvas, keepsALineOfWordsForEachStrokeInOrder) {
                                          "invert 5 6 7 8", "text 5 7 'Vorlauf' Courier 12,5 #000000"}));
 }
 
+TEST(RecorderCanvas, tellsTheCellThatACharacterStandsIn) {
+    RecorderCanvas canvas;
+    canvas.text(1, 2, "x", {"Courier", 14, 12, 19}, colour::black);
+    EXPECT_EQ(canvas.strokes(), Strokes{"text 1 2 'x' Courier 14 in 12x19 #000000"});
+}
+
 TEST(RecorderCanvas, forgets) {
     RecorderCanvas canvas;
     canvas.clear(colour::red);
