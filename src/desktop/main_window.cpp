@@ -1,6 +1,7 @@
 #include "desktop/main_window.h"
 
 #include "desktop/bind.h"
+#include "desktop/calendar_pane.h"
 #include "desktop/icons.h"
 #include "desktop/lamp_view.h"
 #include "desktop/picture_view.h"
@@ -177,19 +178,8 @@ void MainWindow::build_middle() {
 
     auto* split = new QSplitter(Qt::Vertical, ground);
     split->setChildrenCollapsible(false);
-    auto* picture = new PictureView(f.Picture1, split);
-    picture->setObjectName(QStringLiteral("Picture1"));
     split->addWidget(terminal_);
-    split->addWidget(picture);
-    const auto show_middle = [this, picture] {
-        const FrmTerminal& frmTerminal = program_.frmTerminal;
-        terminal_->setVisible(frmTerminal.txtterm.Visible || !frmTerminal.Picture1.Visible);
-        picture->setVisible(frmTerminal.Picture1.Visible);
-        if (frmTerminal.Picture1.Visible) picture->grab_keys(*terminal_);
-    };
-    terminal_->model_changed = show_middle;
-    picture->shown_or_hidden = show_middle;
-    show_middle();
+    build_display(*split);
 
     auto* trace = new TerminalView(f.txttest10, split);
     trace->setObjectName(QStringLiteral("txttest10"));
@@ -201,7 +191,8 @@ void MainWindow::build_middle() {
     split->addWidget(trace);
     split->setStretchFactor(0, 3);
     split->setStretchFactor(1, 3);
-    split->setStretchFactor(2, 2);
+    split->setStretchFactor(2, 3);
+    split->setStretchFactor(3, 2);
     column->addWidget(split, 1);
 
     auto* lamps = new QWidget(ground);
@@ -210,6 +201,41 @@ void MainWindow::build_middle() {
     setCentralWidget(ground);
     build_lamps();
     terminal_->setFocus();
+}
+
+// The mirrored display, or the weekly calendar over it, in the terminal's place.
+void MainWindow::build_display(QSplitter& middle) {
+    FrmTerminal& f = program_.frmTerminal;
+    auto* picture = new PictureView(
+        f.Picture1,
+        [&f] {
+            // The cells of all columns and rows, and a margin around them.
+            return PictureView::Extent{f.zeichenbreite * (Schirm::columns + 2),
+                                       f.zeilenhoehe * (Schirm::rows + 1) + f.zeilenhoehe / 2, f.zeilenhoehe};
+        },
+        &middle);
+    picture->setObjectName(QStringLiteral("Picture1"));
+    picture->setAccessibleName(QStringLiteral("Anzeige der Regelung"));
+    auto* calendar = new CalendarPane(f, &middle);
+    calendar->picture().setAccessibleName(QStringLiteral("Wochenkalender"));
+    middle.addWidget(picture);
+    middle.addWidget(calendar);
+    const auto show_middle = [this, &f, picture, calendar] {
+        const bool mirrored = f.Picture1.Visible;
+        const bool week = mirrored && f.picabs.Visible;
+        terminal_->setVisible(f.txtterm.Visible || !mirrored);
+        picture->setVisible(mirrored && !week);
+        calendar->setVisible(week);
+        if (week) {
+            calendar->picture().grab_keys(*terminal_);
+        } else if (mirrored) {
+            picture->grab_keys(*terminal_);
+        }
+    };
+    terminal_->model_changed = show_middle;
+    picture->shown_or_hidden = show_middle;
+    calendar->picture().shown_or_hidden = show_middle;
+    show_middle();
 }
 
 void MainWindow::build_lamps() {

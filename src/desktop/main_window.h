@@ -12,7 +12,7 @@
 #include <vector>
 
 class QLabel;
-class QStackedWidget;
+class QSplitter;
 class QToolBar;
 
 namespace velorn {
@@ -36,6 +36,7 @@ class MainWindow : public QMainWindow {
     void build_menu();
     void build_toolbar();
     void build_middle();
+    void build_display(QSplitter& middle);
     void build_lamps();
     void build_status_bar();
     void show_form();
