@@ -13,6 +13,7 @@ packages_for_start=(
 packages_for_test=(
   git clang clang-format libclang-rt-14-dev
   libgtest-dev libgmock-dev
+  libvterm-dev # what the screen parser is measured beside
 )
 
 purpose=test

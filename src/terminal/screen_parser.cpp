@@ -19,6 +19,8 @@ constexpr int scrolled_by = 5;
 constexpr std::int16_t line_digits = 13;
 constexpr int cells = Schirm::columns * Schirm::rows;
 
+bool is_printable(char c) { return static_cast<unsigned char>(c) >= 32; }
+
 // How many characters at the beginning are 32 or above; eight at a time.
 std::size_t printable_run(std::string_view text) {
     constexpr std::uint64_t ones = 0x0101010101010101U;
@@ -28,7 +30,7 @@ std::size_t printable_run(std::string_view text) {
         std::memcpy(&eight, text.data() + i, 8);
         if (((eight - ones * 32) & ~eight & (ones * 128)) != 0) break;
     }
-    while (i < text.size() && static_cast<unsigned char>(text[i]) >= 32) ++i;
+    while (i < text.size() && is_printable(text[i])) ++i;
     return i;
 }
 
@@ -43,8 +45,16 @@ void ScreenParser::feed(std::string_view text, bool over_tcp, bool capture_taken
     Pass pass{over_tcp, capture_taken};
     const std::size_t size = text.size();
     for (std::size_t i = 0; i < size;) {
-        if (frmTerminal_.fbzustand == 0 && static_cast<unsigned char>(text[i]) >= 32) {
-            i += store(text.substr(i));
+        if (frmTerminal_.fbzustand == 0 && is_printable(text[i])) {
+            const bool alone = i + 1 == size || !is_printable(text[i + 1]);
+            const std::size_t length = alone ? 1 : printable_run(text.substr(i));
+            if (state.graph96an) keep_graph_text(text.substr(i, length));
+            if (alone) {
+                store(text[i]);
+            } else {
+                store(text.substr(i, length));
+            }
+            i += length;
             continue;
         }
         const char c = text[i++];
@@ -56,9 +66,8 @@ void ScreenParser::feed(std::string_view text, bool over_tcp, bool capture_taken
 }
 
 // A run of printable characters in state 0.
-std::size_t ScreenParser::store(std::string_view text) {
-    const std::size_t length = printable_run(text);
-    if (state.graph96an) keep_graph_text(text.substr(0, length));
+void ScreenParser::store(std::string_view text) {
+    const std::size_t length = text.size();
     const auto column = static_cast<std::size_t>(frmTerminal_.spalte);
     const int row = frmTerminal_.zeile;
     const std::size_t room = Schirm::columns + 1 - column;
@@ -82,7 +91,23 @@ std::size_t ScreenParser::store(std::string_view text) {
     }
     state.aenderungen += static_cast<std::int32_t>(length);
     frmTerminal_.spalte = static_cast<std::int16_t>(std::min<std::size_t>(column + length, Schirm::columns));
-    return length;
+}
+
+// One of them, as it comes on a slow line.
+void ScreenParser::store(char c) {
+    Schirm& schirm = frmTerminal_.schirm;
+    const int column = frmTerminal_.spalte;
+    const int row = frmTerminal_.zeile;
+    schirm.set_character(column, row, c);
+    schirm.set_mark(column, row);
+    char& attribute = schirm.attributes(row)[static_cast<std::size_t>(column)];
+    if (state.inversan || state.rotan >= 1) {
+        attribute = state.inversan ? Schirm::inverse : Schirm::red;
+    } else if (attribute == Schirm::red || attribute == Schirm::inverse) {
+        attribute = Schirm::normal;
+    }
+    ++state.aenderungen;
+    if (column < Schirm::columns) ++frmTerminal_.spalte;
 }
 
 void ScreenParser::take(char c, Pass& pass) {
@@ -90,18 +115,13 @@ void ScreenParser::take(char c, Pass& pass) {
     const screen::Step& step = screen::step(state_number, static_cast<unsigned char>(c));
     frmTerminal_.fbzustand = step.next;
     run(step.act, c, pass);
-    if (!step.again) return;
-    if (static_cast<unsigned char>(c) >= 32) {
-        store({&c, 1});
-    } else {
-        take(c, pass); // in state 0, where nothing is taken again
-    }
+    if (step.again) take(c, pass); // in state 0, where nothing is taken again
 }
 
 void ScreenParser::run(Act act, char c, Pass& pass) {
     switch (act) {
     case Act::nothing: break;
-    case Act::store: store({&c, 1}); break;
+    case Act::store: store(c); break;
     case Act::clear: clear(); break;
     case Act::home: frmTerminal_.zeile = frmTerminal_.spalte = 1; break;
     case Act::next_line: next_line(); break;

@@ -60,7 +60,8 @@ class ScreenParser {
         bool capture_taken;
     };
 
-    std::size_t store(std::string_view text);
+    void store(std::string_view text);
+    void store(char c);
     void take(char c, Pass& pass);
     void run(screen::Act act, char c, Pass& pass);
     void clear();

@@ -143,8 +143,6 @@ constexpr Row rows[] = {
     {91, 'm', Act::red_on, 0},
 };
 
-using Table = std::array<std::array<Step, 256>, states>;
-
 constexpr bool matches(int input, unsigned character) {
     switch (input) {
     case any: return true;
@@ -155,19 +153,17 @@ constexpr bool matches(int input, unsigned character) {
 }
 
 constexpr Table built() {
-    Table table{};
+    Table result{};
     for (const Row& row : rows) {
         for (unsigned character = 0; character < 256; ++character) {
-            if (matches(row.input, character)) table[row.state][character] = {row.act, row.next, row.again};
+            if (matches(row.input, character)) result[row.state][character] = {row.act, row.next, row.again};
         }
     }
-    return table;
+    return result;
 }
-
-constexpr Table table = built();
 
 } // namespace
 
-const Step& step(std::size_t state, unsigned char character) { return table[state][character]; }
+constinit const Table table = built();
 
 } // namespace velorn::screen

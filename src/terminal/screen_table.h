@@ -50,7 +50,10 @@ struct Step {
 
 inline constexpr std::size_t states = 92; // 0 to 91
 
+using Table = std::array<std::array<Step, 256>, states>;
+extern const Table table;
+
 // state 0 to 91
-const Step& step(std::size_t state, unsigned char character);
+inline const Step& step(std::size_t state, unsigned char character) { return table[state][character]; }
 
 } // namespace velorn::screen
