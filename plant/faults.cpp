@@ -8,8 +8,9 @@ namespace velorn::plant {
 Line::Line(EventLoop& loop, const Faults& faults)
     : loop_(loop),
       faults_(faults),
-      outward_{Random(spread(faults.seed)), &Line::at_outside, {}, 0, {}},
-      inward_{Random(spread(faults.seed + 1)), &Line::at_controller, {}, 0, {}} {}
+      troubled_(faults.any()),
+      outward_{Random(spread(faults.seed)), &Line::at_outside, {}, {}, 0, {}},
+      inward_{Random(spread(faults.seed + 1)), &Line::at_controller, {}, {}, 0, {}} {}
 
 Line::~Line() {
     loop_.cancel(outward_.next);
@@ -19,6 +20,11 @@ Line::~Line() {
 
 void Line::put(Direction& direction, std::string_view bytes) {
     if (dead_) return;
+    if (!troubled_) {
+        direction.untroubled += bytes;
+        expect(direction);
+        return;
+    }
     for (const char byte : bytes) {
         // Each byte draws the same number of times, whatever is switched on: one switch doesn't shift
         // another's trouble.
@@ -79,15 +85,16 @@ void Line::travel(Direction& direction, char byte) {
 }
 
 void Line::expect(Direction& direction) {
-    if (direction.expected || direction.queue.empty()) return;
+    if (direction.expected || (direction.queue.empty() && direction.untroubled.empty())) return;
     direction.expected = true;
-    const std::int64_t due_ms = (direction.queue.front().due_us + 999) / 1000;
+    const std::int64_t due_ms = troubled_ ? (direction.queue.front().due_us + 999) / 1000 : loop_.now_ms();
     direction.next = loop_.post_at(due_ms, [this, &direction] { deliver(direction); });
 }
 
 void Line::deliver(Direction& direction) {
     direction.expected = false;
     std::string arrived;
+    arrived.swap(direction.untroubled);
     const std::int64_t now_us = loop_.now_ms() * 1000;
     while (!direction.queue.empty() && direction.queue.front().due_us <= now_us) {
         arrived += direction.queue.front().byte;

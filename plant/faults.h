@@ -15,6 +15,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace velorn::plant {
@@ -29,6 +30,11 @@ struct Faults {
     std::int64_t silent_for_ms = 0;             // 0: for good
     std::optional<std::uint64_t> hang_up_after; // bytes, both directions together
     std::uint64_t seed = 1;
+
+    bool any() const {
+        return drop > 0 || repeat > 0 || garble > 0 || delay_ms > 0 || bytes_per_second > 0 || silent_after ||
+               hang_up_after;
+    }
 };
 
 class Line {
@@ -48,8 +54,8 @@ class Line {
     void from_outside(std::string_view bytes) { put(inward_, bytes); }
 
     // Bytes on the way.
-    std::size_t waiting_outward() const { return outward_.queue.size(); }
-    std::size_t waiting_inward() const { return inward_.queue.size(); }
+    std::size_t waiting_outward() const { return outward_.queue.size() + outward_.untroubled.size(); }
+    std::size_t waiting_inward() const { return inward_.queue.size() + inward_.untroubled.size(); }
     bool is_hung_up() const { return dead_; }
 
   private:
@@ -61,6 +67,7 @@ class Line {
         Random random;
         Receiver Line::*receiver;
         std::deque<Travelling> queue;
+        std::string untroubled;   // instead of the queue while no trouble is ordered
         std::int64_t free_us = 0; // when the line can take the next byte
         EventLoop::TaskId next;
         bool expected = false; // `next` is waiting
@@ -75,6 +82,7 @@ class Line {
 
     EventLoop& loop_;
     Faults faults_;
+    bool troubled_;
     Direction outward_;
     Direction inward_;
     std::uint64_t carried_ = 0;

@@ -6,37 +6,31 @@
 #pragma once
 
 #include "plant/poll_event_loop.h"
+#include "plant/wire.h"
 #include "runtime/failure.h"
 #include "runtime/timer.h"
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace velorn::plant {
 
-class PseudoTerminal {
+class PseudoTerminal final : public Wire {
   public:
     static constexpr std::size_t full_queue = 64 * 1024; // bytes
 
     // `link`, if not empty, becomes a symbolic link to the device; an older symbolic link of that name is
     // replaced, anything else is refused.
     static Result<std::unique_ptr<PseudoTerminal>> open(PollEventLoop& loop, std::string link = {});
-    ~PseudoTerminal();
-    PseudoTerminal(const PseudoTerminal&) = delete;
-    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
-
-    std::function<void(std::string_view)> received;
+    ~PseudoTerminal() override;
 
     const std::string& device() const { return device_; }
-    void send(std::string_view bytes);
-    std::size_t queued() const { return queue_.size() - queue_start_; }
-    // Bytes that were handed over and that the other side hasn't read.
-    std::size_t unread() const;
-    // Reads nothing while paused; the other side's bytes wait in the system.
-    void pause(bool on);
+    void send(std::string_view bytes) override;
+    std::size_t queued() const override { return queue_.size() - queue_start_; }
+    std::size_t unread() const override;
+    void pause(bool on) override;
 
   private:
     PseudoTerminal(PollEventLoop& loop, int master, int slave, std::string device);

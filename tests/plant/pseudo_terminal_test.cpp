@@ -1,4 +1,6 @@
+#include "plant/controller_device.h"
 #include "plant/pseudo_terminal.h"
+#include "plant/source_device.h"
 #include "plant/station.h"
 
 #include <array>
@@ -72,6 +74,10 @@ struct OverAPseudoTerminal : testing::Test {
         return s;
     }
 
+    MakeDevice controller() {
+        return [this] { return std::make_unique<ControllerDevice>(std::make_shared<Controller>(loop, 1)); };
+    }
+
     // Turns the loop until it holds; false after half a minute, which no healthy machine needs.
     bool comes(const EventLoop::Condition& condition) {
         const std::int64_t limit = loop.now_ms() + 30'000;
@@ -98,7 +104,7 @@ TEST_F(OverAPseudoTerminal, allBytesPassBothWays) {
 }
 
 TEST_F(OverAPseudoTerminal, theOtherSideMayCloseAndComeBack) {
-    Station station(loop, settings());
+    Station station(loop, settings(), controller());
     ASSERT_TRUE(station.open().ok());
     for (int visit = 0; visit < 3; ++visit) {
         OtherSide other(loop, link());
@@ -155,11 +161,10 @@ TEST_F(OverAPseudoTerminal, aFileInTheWayIsLeftAlone) {
 }
 
 TEST_F(OverAPseudoTerminal, aSourceSendsToTheLastByteAndThenReportsTheEnd) {
-    StationSettings with_source = settings();
-    with_source.source = 300'000;
-    Station station(loop, with_source);
     bool finished = false;
-    station.finished = [&] { finished = true; };
+    Station station(loop, settings(), [&] {
+        return std::make_unique<SourceDevice>(loop, Source(1, 300'000), [&] { finished = true; });
+    });
     ASSERT_TRUE(station.open().ok());
     OtherSide other(loop, link());
     EXPECT_TRUE(comes([&] { return finished; }));
@@ -174,7 +179,7 @@ TEST_F(OverAPseudoTerminal, aStationComesBackAfterAHangUp) {
     StationSettings short_lived = settings();
     short_lived.faults.hang_up_after = 3;
     short_lived.away_ms = 50;
-    Station station(loop, short_lived);
+    Station station(loop, short_lived, controller());
     std::vector<std::string> lines;
     station.announce = [&](const std::string& line) { lines.push_back(line); };
     ASSERT_TRUE(station.open().ok());
@@ -187,7 +192,7 @@ TEST_F(OverAPseudoTerminal, aStationComesBackAfterAHangUp) {
 }
 
 TEST_F(OverAPseudoTerminal, aStationLogsTrafficInBothDirections) {
-    Station station(loop, settings());
+    Station station(loop, settings(), controller());
     std::string lines;
     station.log = [&](const std::string& line) { lines += line; };
     ASSERT_TRUE(station.open().ok());
