@@ -43,7 +43,8 @@ class Directory {
     Directory() = default;
     explicit Directory(std::vector<Site> sites) : sites_(std::move(sites)) {}
 
-    std::span<const Site> sites() const { return sites_; }
+    std::span<const Site> sites() const& { return sites_; }
+    std::span<const Site> sites() const&& = delete; // it would outlive them
     // Returns the site's place. An earlier site with the same number is found first.
     std::size_t add(Site site);
     // The place of the site that the dialled number reaches, not_found if there is none. Before the number

@@ -1,13 +1,11 @@
-// velorn-plant: serves simulated controllers on pseudo terminals.
+// velorn-plant: serves simulated controllers and modems on pseudo terminals and TCP ports.
 
 #include "plant/options.h"
+#include "plant/plant.h"
 #include "plant/poll_event_loop.h"
-#include "plant/station.h"
-#include "runtime/text.h"
 
 #include <csignal>
 #include <cstdio>
-#include <memory>
 #include <poll.h>
 #include <string>
 #include <string_view>
@@ -55,28 +53,12 @@ class Signals {
 int serve(const Options& options) {
     PollEventLoop loop;
     const Signals signals(loop);
-    std::vector<std::unique_ptr<Station>> stations;
-    std::size_t at_work = options.pseudo_terminals.size();
-    for (const std::string& link : options.pseudo_terminals) {
-        StationSettings settings;
-        settings.name = "Steuerung " + std::to_string(stations.size() + 1);
-        settings.link = link;
-        settings.faults = options.faults;
-        settings.faults.seed += stations.size();
-        settings.source = options.source;
-        auto station = std::make_unique<Station>(loop, settings);
-        station->announce = [](const std::string& line) { print(stdout, line + "\n"); };
-        if (options.log) station->log = [](const std::string& line) { print(stderr, line + "\n"); };
-        station->finished = [&] {
-            if (--at_work == 0) loop.end();
-        };
-        if (const Outcome opened = station->open(); !opened) {
-            const std::string where = link.empty() ? settings.name : link;
-            print(stderr, "velorn-plant: " + where + ": " + utf8_from_cp1252(opened.failure().text) + "\n");
-            return 1;
-        }
-        stations.push_back(std::move(station));
-    }
+    Plant plant(loop, options);
+    plant.announce = [](const std::string& line) { print(stdout, line + "\n"); };
+    plant.complain = [](const std::string& line) { print(stderr, "velorn-plant: " + line + "\n"); };
+    plant.log = [](const std::string& line) { print(stderr, line + "\n"); };
+    plant.finished = [&] { loop.end(); };
+    if (!plant.open()) return 1;
     loop.run();
     return 0;
 }

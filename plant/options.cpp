@@ -1,5 +1,8 @@
 #include "plant/options.h"
 
+#include "plant/directory.h"
+#include "plant/wording.h"
+
 #include <algorithm>
 #include <charconv>
 #include <string>
@@ -63,11 +66,25 @@ bool take_source(Options& options, std::string_view text) {
     return true;
 }
 
+bool take_tcp(Options& options, std::string_view text) {
+    auto place = tcp_place_from(text);
+    if (place) options.tcp.push_back(std::move(*place));
+    return place.has_value();
+}
+
+bool take_gateway(Options& options, std::string_view text) {
+    auto place = gateway_place_from(text);
+    if (place) options.gateways.push_back(std::move(*place));
+    return place.has_value();
+}
+
 constexpr std::string_view a_probability = "eine Wahrscheinlichkeit von 0 bis 1";
 constexpr std::string_view milliseconds = "Millisekunden von 0 bis 86400000";
 constexpr std::string_view bytes = "eine Anzahl Bytes";
 
 constexpr ValueOption value_options[] = {
+    {"--tcp", "ADRESSE:PORT und höchstens eine Angabe dahinter (siehe --help)", take_tcp},
+    {"--gateway", "ADRESSE oder ADRESSE:PORT1,PORT2 (siehe --help)", take_gateway},
     {"--drop", a_probability, take_probability<&Faults::drop>},
     {"--repeat", a_probability, take_probability<&Faults::repeat>},
     {"--garble", a_probability, take_probability<&Faults::garble>},
@@ -80,6 +97,27 @@ constexpr ValueOption value_options[] = {
     {"--source", bytes, take_source},
 };
 
+std::string site_lines() {
+    std::string lines;
+    const Directory directory = demo_directory();
+    for (const Site& site : directory.sites()) {
+        std::string_view remark;
+        switch (site.behaviour) {
+        case Behaviour::connects: break;
+        case Behaviour::busy: remark = "besetzt"; break;
+        case Behaviour::refuses: remark = "nicht erreichbar"; break;
+        case Behaviour::never_answers: remark = "antwortet nie"; break;
+        }
+        lines += "  " + padded(site.name, 22) + padded(site.number, 16) +
+                 padded(site.address + ":" + std::to_string(site.port), 18);
+        lines += site.user.empty() ? std::string(remark)
+                                   : "Anmeldung " + site.user + ", Passwort " + site.password;
+        lines.erase(lines.find_last_not_of(' ') + 1);
+        lines += '\n';
+    }
+    return lines;
+}
+
 } // namespace
 
 std::variant<Options, std::string> options_from(std::span<const std::string_view> arguments) {
@@ -91,9 +129,12 @@ std::variant<Options, std::string> options_from(std::span<const std::string_view
             options.help = true;
         } else if (name == "--log") {
             options.log = true;
-        } else if (name == "--pty") {
+        } else if (name == "--demo") {
+            options.demo = true;
+        } else if (name == "--pty" || name == "--modem") {
             const bool with_link = more && !arguments[i + 1].starts_with('-');
-            options.pseudo_terminals.emplace_back(with_link ? arguments[++i] : std::string_view());
+            auto& places = name == "--pty" ? options.pseudo_terminals : options.modems;
+            places.emplace_back(with_link ? arguments[++i] : std::string_view());
         } else {
             const auto* const row =
                 std::find_if(std::begin(value_options), std::end(value_options),
@@ -107,33 +148,62 @@ std::variant<Options, std::string> options_from(std::span<const std::string_view
         }
     }
     if (options.help) return options;
-    if (options.pseudo_terminals.empty()) return "Es fehlt --pty, ohne das niemand die Anlage erreicht.";
+    const bool reachable = !options.pseudo_terminals.empty() || !options.modems.empty() ||
+                           !options.tcp.empty() || !options.gateways.empty() || options.demo;
+    if (!reachable) {
+        return "Niemand erreicht die Anlage: es fehlt --pty, --tcp, --modem, --gateway oder --demo.";
+    }
+    if (options.source && options.pseudo_terminals.empty()) return "--source braucht --pty.";
     if (options.faults.silent_for_ms > 0 && !options.faults.silent_after) {
         return "--silent-for braucht --silent-after.";
     }
     return options;
 }
 
-std::string_view help_text() {
-    return R"(velorn-plant - die simulierte Anlage
+std::string help_text() {
+    std::string text = R"(velorn-plant - die simulierte Anlage
 
-Spielt die Gegenseite eines Servicerechners: eine oder mehrere Steuerungen von Blockheizkraftwerken
-mit der Bedienoberfläche ihres Echtzeit-Betriebssystems. Jede hängt an einem Pseudo-Terminal, das
-sich wie eine serielle Schnittstelle öffnen lässt. Die Steuerung schläft, bis das Zeichen SOH (Strg+A)
-sie weckt; dann meldet sie sich mit "*". Der Befehl HELP zeigt, was sie kann.
+Spielt die Gegenseite eines Servicerechners: Steuerungen von Blockheizkraftwerken mit der
+Bedienoberfläche ihres Echtzeit-Betriebssystems, an seriellen Leitungen, hinter Modems und im Netz.
+Eine Steuerung schläft, bis das Zeichen SOH (Strg+A) sie weckt; dann meldet sie sich mit "*".
+Der Befehl HELP zeigt, was sie kann. Jede hat einen Besucher zur Zeit und merkt sich, was man ihr sagt.
 
 Aufruf:
-  velorn-plant --pty [LINK] [--pty [LINK] ...] [Optionen]
+  velorn-plant PLATZ [PLATZ ...] [Optionen]
 
-Steuerungen:
-  --pty [LINK]       eine Steuerung an einem Pseudo-Terminal; sein Name wird ausgegeben.
-                     LINK ist eine Verknüpfung, die darauf zeigt; am Ende verschwindet sie wieder.
-  --source N         statt eine Steuerung zu spielen N Bytes Text senden, immer denselben, und enden,
-                     sobald die Gegenseite alles gelesen hat.
+Plätze, jeder beliebig oft:
+  --pty [LINK]       eine Steuerung an einem Pseudo-Terminal, das sich wie eine serielle Schnittstelle
+                     öffnen lässt; sein Name wird ausgegeben. LINK ist eine Verknüpfung, die darauf
+                     zeigt; am Ende verschwindet sie wieder.
+  --modem [LINK]     ein Modem mit AT-Befehlen an einem Pseudo-Terminal; es wählt die Anlagen unten an.
+  --tcp ADRESSE:PORT[,ANGABE]
+                     eine Steuerung an einem TCP-Anschluss. Als Angabe davor eine Anmeldung:
+                       login=NAME:PASSWORT   fragt nach "Username:" und "Password:"
+                     oder statt der Steuerung eine Gegenseite, die sich schlecht benimmt:
+                       reset[=N]       bricht hart ab, sofort oder nach N empfangenen Bytes
+                       half-close      sagt eine Zeile, beendet das Senden und hört weiter zu
+                       flood=N         sendet N Bytes ohne Pause (auch 64K, 100M, 1G)
+                       dribble=MS      sendet alle MS Millisekunden ein Byte
+                       silent          nimmt an und sagt nie etwas
+                       refuse          weist jede Verbindung ab
+                       no-answer       antwortet auf keinen Verbindungsversuch
+  --gateway ADRESSE[:PORT1,PORT2][,modem1=ART][,modem2=ART]
+                     zwei Modems hinter zwei TCP-Anschlüssen (sonst 23 und 24), jedes für einen
+                     Besucher; sie wählen die Anlagen unten an. ART ist
+                       connect  wählt (so auch ohne Angabe)     busy    meldet immer besetzt
+                       refuse   nimmt keine Verbindung an       silent  sagt nie etwas
+  --demo             alle Anlagen unten an ihren Adressen und ein Gateway an @GATEWAY@
+
+Ein Anschluss, der nicht zu haben ist (unter 1024 braucht es meist Rechte), wird gemeldet und bleibt
+weg; alles andere läuft.
+
+Was gesendet wird:
+  --source N         an --pty statt eine Steuerung zu spielen N Bytes Text senden, immer denselben, und
+                     enden, sobald die Gegenseite alles gelesen hat.
   --seed N           Keim für Messwerte und Störungen (sonst 1); gleicher Keim, gleicher Ablauf.
                      Jede weitere Steuerung hat einen um 1 höheren.
 
-Störungen der Leitung, in beiden Richtungen:
+Störungen jeder Leitung, in beiden Richtungen:
   --drop W           Bytes verschlucken, mit der Wahrscheinlichkeit W je Byte (0 bis 1)
   --repeat W         Bytes doppelt liefern
   --garble W         Bytes verfälschen
@@ -141,20 +211,30 @@ Störungen der Leitung, in beiden Richtungen:
   --slow N           nur N Bytes pro Sekunde (9600 Baud sind etwa 960)
   --silent-after N   nach N Bytes verstummen
   --silent-for MS    ... aber nur für MS Millisekunden
-  --hangup-after N   nach N Bytes auflegen; nach 2 Sekunden ist die Steuerung wieder da
+  --hangup-after N   nach N Bytes auflegen; ein Pseudo-Terminal ist nach 2 Sekunden wieder da
 
 Sonstiges:
   --log              den Verkehr auf die Fehlerausgabe schreiben, Steuerzeichen als <0D>
   --help             diese Hilfe
 
+Die Anlagen, die jedes Modem anwählt und die --demo ins Netz stellt:
+@SITES@
 Beispiele:
   velorn-plant --pty anlage1
-  velorn-plant --pty anlage1 --pty anlage2 --log
+  velorn-plant --demo --modem modem1 --log
   velorn-plant --pty anlage1 --slow 960 --drop 0,01 --garble 0,001 --seed 7
-  velorn-plant --pty anlage1 --source 1000000
+  velorn-plant --tcp 127.0.0.1:2323,login=service:bhkw --tcp 127.0.0.1:2324,flood=100M
+  velorn-plant --gateway 127.0.0.1:2023,2024,modem1=refuse
 
-Strg+C beendet das Programm. Rückgabe: 0 ordentliches Ende, 1 Gerät nicht verfügbar, 2 falscher Aufruf.
+Strg+C beendet das Programm. Rückgabe: 0 ordentliches Ende, 1 nichts davon ist verfügbar oder ein
+Pseudo-Terminal nicht, 2 falscher Aufruf.
 )";
+    const auto put = [&text](std::string_view mark, std::string_view what) {
+        text.replace(text.find(mark), mark.size(), what);
+    };
+    put("@GATEWAY@", demo_gateway_address);
+    put("@SITES@", site_lines());
+    return text;
 }
 
 } // namespace velorn::plant

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "plant/faults.h"
+#include "plant/places.h"
 
 #include <cstdint>
 #include <optional>
@@ -15,8 +16,12 @@ namespace velorn::plant {
 
 struct Options {
     std::vector<std::string> pseudo_terminals; // one controller each: the name of its link, or empty
+    std::vector<std::string> modems;           // one modem each: the name of its link, or empty
+    std::vector<TcpPlace> tcp;
+    std::vector<GatewayPlace> gateways;
+    bool demo = false; // all sites of the demo and its gateway
     Faults faults;
-    std::optional<std::uint64_t> source; // bytes to send instead of playing a controller
+    std::optional<std::uint64_t> source; // bytes that pseudo terminals send instead of playing a controller
     bool log = false;
     bool help = false;
 };
@@ -25,6 +30,6 @@ struct Options {
 std::variant<Options, std::string> options_from(std::span<const std::string_view> arguments);
 
 // What --help prints: German, UTF-8.
-std::string_view help_text();
+std::string help_text();
 
 } // namespace velorn::plant
