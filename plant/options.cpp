@@ -108,7 +108,7 @@ std::string site_lines() {
         case Behaviour::refuses: remark = "nicht erreichbar"; break;
         case Behaviour::never_answers: remark = "antwortet nie"; break;
         }
-        lines += "  " + padded(site.name, 22) + padded(site.number, 16) +
+        lines += "  " + padded(site.name, 24) + padded(site.number, 16) +
                  padded(site.address + ":" + std::to_string(site.port), 18);
         lines += site.user.empty() ? std::string(remark)
                                    : "Anmeldung " + site.user + ", Passwort " + site.password;
