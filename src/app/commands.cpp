@@ -1,13 +1,19 @@
 #include "app/commands.h"
 
 #include "core/modal.h"
+#include "runtime/number_picture.h"
+#include "runtime/text.h"
+
+#include <string>
+#include <utility>
 
 namespace velorn {
 
-Commands::Commands(World& world, Module1& module1, SettingsFiles& settings_files, FrmTerminal& frmTerminal,
-                   ProgramStart& start, Output& output, Frmftast& frmftast)
+Commands::Commands(World& world, Module1& module1, Settings& settings, SettingsFiles& settings_files,
+                   FrmTerminal& frmTerminal, ProgramStart& start, Output& output, Frmftast& frmftast)
     : world_(world),
       module1_(module1),
+      settings_(settings),
       settings_files_(settings_files),
       frmTerminal_(frmTerminal),
       start_(start),
@@ -15,6 +21,8 @@ Commands::Commands(World& world, Module1& module1, SettingsFiles& settings_files
     frmTerminal_.mnuFileExit.Click = [this] { mnuFileExit_Click(); };
     frmTerminal_.mnuftast.Click = [this] { mnuftast_Click(); };
     frmTerminal_.uhrterm.Click = [this] { uhrterm_Click(); };
+    frmTerminal_.resetcount.Click = [this] { resetcount_Click(); };
+    frmTerminal_.informatik.Click = [this] { informatik_Click(); };
     frmTerminal_.testwindow.Click = [this] { testwindow_Click(); };
     frmTerminal_.tbrToolBar("clearall").Click = [this] { frmTerminal_.txtterm.set_Text({}); };
     frmTerminal_.tbrToolBar("duestart").Click = [&output] { output.sendetext("d"); };
@@ -43,6 +51,29 @@ void Commands::testwindow_Click() {
     frmTerminal_.testwindow.Checked = module1_.trace;
     if (module1_.trace) frmTerminal_.txttest10.set_Text({});
     frmTerminal_.txttest10.Visible = module1_.trace;
+}
+
+void Commands::resetcount_Click() {
+    const auto answer =
+        world_.dialogs.input_box("zreset", "Neustartzähler"_w, settings_.neustartzaehler.text());
+    if (!answer) return;
+    settings_.neustartzaehler = *answer; // as it stands; the next start makes a number of it
+    settings_files_.saveeinst();
+}
+
+// An exercise: each line swaps two neighbours, and after 24 of them every order of the four has been there.
+void Commands::informatik_Click() {
+    constexpr int lines = 24;
+    constexpr std::size_t swaps[] = {3, 2, 1, 3, 1, 2, 3, 1}; // the left one's place, over and over
+    frmTerminal_.txttest10.Visible = true;
+    std::string numbers = "1234";
+    for (int line = 1; line <= lines; ++line) {
+        const std::size_t left = swaps[static_cast<std::size_t>(line - 1) % std::size(swaps)];
+        std::swap(numbers[left - 1], numbers[left]);
+        frmTerminal_.txttest10.append(format(static_cast<double>(line), "00000") + ' ' +
+                                      std::to_string(left) + ' ' + std::to_string(left + 1) + ' ' + numbers +
+                                      "\r\n");
+    }
 }
 
 } // namespace velorn

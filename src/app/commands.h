@@ -14,17 +14,20 @@ namespace velorn {
 
 class Commands {
   public:
-    Commands(World& world, Module1& module1, SettingsFiles& settings_files, FrmTerminal& frmTerminal,
-             ProgramStart& start, Output& output, Frmftast& frmftast);
+    Commands(World& world, Module1& module1, Settings& settings, SettingsFiles& settings_files,
+             FrmTerminal& frmTerminal, ProgramStart& start, Output& output, Frmftast& frmftast);
 
   private:
     void mnuFileExit_Click();
     void mnuftast_Click();
     void uhrterm_Click();
     void testwindow_Click();
+    void resetcount_Click();
+    void informatik_Click();
 
     World& world_;
     Module1& module1_;
+    Settings& settings_;
     SettingsFiles& settings_files_;
     FrmTerminal& frmTerminal_;
     ProgramStart& start_;

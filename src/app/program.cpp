@@ -19,6 +19,6 @@ Program::Program(World given)
       keys(frmTerminal, settings, waits, output),
       frmftast(settings),
       start(world, events, module1, settings, settings_files, frmTerminal, waits, MSComm1, looks),
-      commands(world, module1, settings_files, frmTerminal, start, output, frmftast) {}
+      commands(world, module1, settings, settings_files, frmTerminal, start, output, frmftast) {}
 
 } // namespace velorn

@@ -1,0 +1,63 @@
+#include "runtime/text.h"
+#include "support/test_program.h"
+
+#include <gtest/gtest.h>
+#include <set>
+#include <sstream>
+
+namespace velorn::test {
+
+using namespace std::string_literals;
+
+TEST(Commands, sendsItsToolbarCharacters) {
+    TestProgram p;
+    p.start();
+    p.frmTerminal.tbrToolBar("duestart").Click();
+    EXPECT_EQ(p.sent(), "d");
+    p.frmTerminal.tbrToolBar("test").Click();
+    EXPECT_EQ(p.sent(), "\x10\x7b\xfe\x79\x16"s);
+}
+
+TEST(Commands, storesTheStartCounterAsItIsTyped) {
+    TestProgram p;
+    p.start();
+    p.dialogs.expect_input("zreset", "7");
+    p.frmTerminal.resetcount.Click();
+    EXPECT_EQ(p.dialogs.last_title, "Neustartzähler"_w);
+    EXPECT_EQ(p.dialogs.last_proposal, "1");
+    EXPECT_EQ(p.settings.neustartzaehler, Variant("7"));
+    const std::string saved = p.files.content("c:\\velorn\\einst.par");
+
+    p.dialogs.expect_input("zreset", std::nullopt);
+    p.frmTerminal.resetcount.Click();
+    EXPECT_EQ(p.settings.neustartzaehler, Variant("7"));
+
+    TestProgram next;
+    next.files.set_content("c:\\velorn\\einst.par", saved);
+    next.start();
+    EXPECT_EQ(next.settings.neustartzaehler, Variant(std::int16_t{8}));
+}
+
+TEST(Commands, walksThroughAllOrdersOfFourByNeighbouringSwaps) {
+    TestProgram p;
+    p.start();
+    p.frmTerminal.informatik.Click();
+    EXPECT_TRUE(p.frmTerminal.txttest10.Visible);
+    EXPECT_FALSE(p.module1.trace);
+    std::istringstream text(p.frmTerminal.txttest10.Text());
+    std::set<std::string> seen;
+    std::string before = "1234";
+    std::string number, now;
+    std::size_t left = 0, right = 0;
+    for (int line = 1; text >> number >> left >> right >> now; ++line) {
+        EXPECT_EQ(number, (line < 10 ? "0000" : "000") + std::to_string(line));
+        ASSERT_EQ(right, left + 1);
+        std::swap(before.at(left - 1), before.at(right - 1));
+        EXPECT_EQ(now, before);
+        seen.insert(now);
+    }
+    EXPECT_EQ(seen.size(), 24U);
+    EXPECT_EQ(now, "1234");
+}
+
+} // namespace velorn::test
