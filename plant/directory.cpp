@@ -29,7 +29,7 @@ constexpr Row demo_rows[] = {
     {"Gärtnerei Blüthner", "05550 100004", "127.0.1.4", 2001, Route::tcp, Behaviour::connects, "", "", 6000},
     {"Nahwärme Mühlbach", "05550 100005", "127.0.1.5", 10100, Route::tcp, Behaviour::connects, "", "", 8000},
     {"Schule Löwenstraße", "05550 100006", "127.0.1.6", 1100, Route::modem, Behaviour::connects, "", "",
-     4000},
+     1000},
     {"Rathaus Oberülz", "0,05550 100007", "127.0.1.7", 1100, Route::modem, Behaviour::connects, "", "", 9000},
     {"Brauerei Rößler", "05550 100008", "127.0.1.8", 1100, Route::gateway, Behaviour::connects, "", "",
      12000},

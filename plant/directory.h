@@ -2,6 +2,8 @@
 // it.
 #pragma once
 
+#include "plant/faults.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -31,6 +33,7 @@ struct Site {
     std::string password;
     std::uint64_t seed = 1;
     std::int64_t pick_up_ms = 6000; // from the last digit to the carrier
+    Faults faults;                  // of the site's own line, each call anew; they may end the call
 };
 
 // The digits, '*' and '#' of a number; what people write between them is left out.
@@ -42,6 +45,8 @@ class Directory {
 
     Directory() = default;
     explicit Directory(std::vector<Site> sites) : sites_(std::move(sites)) {}
+
+    void set_behaviour(std::size_t place, Behaviour behaviour) { sites_[place].behaviour = behaviour; }
 
     std::span<const Site> sites() const& { return sites_; }
     std::span<const Site> sites() const&& = delete; // it would outlive them

@@ -2,6 +2,7 @@
 
 #include "plant/controller_device.h"
 #include "plant/login.h"
+#include "plant/troubled_device.h"
 
 #include <utility>
 
@@ -51,7 +52,9 @@ std::unique_ptr<Device> Sites::enter(std::size_t place) {
     }
     auto device = std::make_unique<ControllerDevice>(alive.controller);
     alive.visitor = device->visit();
-    return device;
+    const Faults& faults = directory_.sites()[place].faults;
+    if (!faults.any()) return device;
+    return std::make_unique<TroubledDevice>(loop_, std::move(device), faults);
 }
 
 } // namespace velorn::plant

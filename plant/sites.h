@@ -19,6 +19,9 @@ class Sites final : public Exchange {
 
     const Directory& directory() const { return directory_; }
 
+    // From now on; a call or visit that is going on stays. What a TCP port does was settled when it was
+    // opened.
+    void set_behaviour(std::size_t place, Behaviour behaviour) { directory_.set_behaviour(place, behaviour); }
     // The line has no dial tone from now on, or has it again.
     void set_dead(bool dead) { dead_ = dead; }
 

@@ -1,10 +1,13 @@
 #include "plant/directory.h"
+#include "plant/modem.h"
 #include "plant/sites.h"
+#include "plant/troubled_device.h"
 #include "runtime/text.h"
 #include "runtime/virtual_event_loop.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <memory>
 #include <set>
 #include <string>
 
@@ -114,6 +117,77 @@ TEST_F(AliveSites, askForALoginOnTheNetworkOnly) {
     call.far->connected();
     call.far->receive("\x01");
     EXPECT_EQ(heard, "\r\n*");
+}
+
+TEST_F(AliveSites, changeTheirBehaviourWhileTheyLive) {
+    sites.set_behaviour(1, Behaviour::busy);
+    EXPECT_EQ(sites.dial("05550100002").outcome, Call::Outcome::busy);
+    EXPECT_EQ(sites.visit(1), nullptr);
+    sites.set_behaviour(1, Behaviour::connects);
+    EXPECT_NE(sites.visit(1), nullptr);
+}
+
+struct ASiteBehindABadLine : testing::Test {
+    VirtualEventLoop loop;
+    std::string heard;
+
+    // A modem that has called it.
+    std::unique_ptr<Modem> call(Sites& sites) {
+        auto modem = std::make_unique<Modem>(loop, sites);
+        modem->send = [this](std::string_view bytes) { heard += bytes; };
+        modem->receive("ATE0D1\r");
+        loop.pass(10'000);
+        EXPECT_TRUE(heard.ends_with("\r\nCONNECT 9600\r\n")) << heard;
+        heard.clear();
+        return modem;
+    }
+    static Directory directory(const Faults& faults) {
+        Site site;
+        site.number = "1";
+        site.faults = faults;
+        return Directory({site});
+    }
+};
+
+TEST_F(ASiteBehindABadLine, losesTheCallerAndIsFreeAgain) {
+    Faults faults;
+    faults.hang_up_after = 8;
+    Sites sites(loop, directory(faults));
+    const auto modem = call(sites);
+    modem->receive("\x01");
+    loop.pass(1000);
+    EXPECT_EQ(heard, "\r\n*");
+    modem->receive("HELP\r");
+    loop.pass(1000);
+    EXPECT_TRUE(heard.ends_with("\r\nNO CARRIER\r\n"));
+    EXPECT_FALSE(sites.engaged(0));
+}
+
+TEST_F(ASiteBehindABadLine, isSlow) {
+    Faults faults;
+    faults.bytes_per_second = 10;
+    Sites sites(loop, directory(faults));
+    const auto modem = call(sites);
+    modem->receive("\x01");
+    loop.pass(250);
+    EXPECT_EQ(heard, "\r");
+    loop.pass(1000);
+    EXPECT_EQ(heard, "\r\n*");
+}
+
+TEST_F(ASiteBehindABadLine, losesWhatItHasNoRoomFor) {
+    struct Counts final : Device {
+        std::size_t& count;
+        explicit Counts(std::size_t& where) : count(where) {}
+        void receive(std::string_view bytes) override { count += bytes.size(); }
+    };
+    Faults faults;
+    faults.bytes_per_second = 1000;
+    std::size_t arrived = 0;
+    TroubledDevice device(loop, std::make_unique<Counts>(arrived), faults);
+    for (int i = 0; i < 1000; ++i) device.receive(std::string(1000, 'x'));
+    loop.pass(3'600'000);
+    EXPECT_EQ(arrived, 17'000u);
 }
 
 } // namespace
