@@ -48,8 +48,13 @@ void TcpConnection::shut_down_writing() {
 void TcpConnection::finish() {
     if (finishing_ || gone_) return;
     finishing_ = true;
-    patience_ = loop_.post_at(loop_.now_ms() + patience_ms, [this] { end(); });
+    lose_patience_later();
     shut_down_writing();
+}
+
+void TcpConnection::lose_patience_later() {
+    loop_.cancel(patience_);
+    patience_ = loop_.post_at(loop_.now_ms() + patience_ms, [this] { end(); });
 }
 
 void TcpConnection::reset() {
@@ -87,6 +92,7 @@ void TcpConnection::write() {
             break;
         }
         queue_start_ += static_cast<std::size_t>(count);
+        if (finishing_) lose_patience_later();
     }
     if (queued() == 0 || queue_start_ >= full_queue) {
         queue_.erase(0, queue_start_);

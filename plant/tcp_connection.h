@@ -17,7 +17,8 @@ namespace velorn::plant {
 class TcpConnection final : public Wire {
   public:
     static constexpr std::size_t full_queue = 64 * 1024; // bytes
-    static constexpr std::int64_t patience_ms = 5000;    // for the other side's end after finish()
+    static constexpr std::int64_t patience_ms =
+        5000; // after finish(), for the other side's next sign of life
 
     // Takes over a connected, non-blocking socket. Paused until the first pause(false).
     TcpConnection(PollEventLoop& loop, int socket);
@@ -45,6 +46,7 @@ class TcpConnection final : public Wire {
     void ready(short events);
     void read();
     void write();
+    void lose_patience_later();
     void end();
     void look();
 
