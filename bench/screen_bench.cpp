@@ -1,6 +1,7 @@
 // The mirrored display's parser beside a well-known terminal emulator's library with its screen layer, each
 // on a stream of its own language and of the same density: text, cursor moves, attributes, line ends.
 //     screen_bench [MEGABYTES] [ROUNDS]
+#include "controller_stream.h"
 #include "core/frm_terminal.h"
 #include "rounds.h"
 #include "runtime/virtual_event_loop.h"
@@ -21,52 +22,6 @@ using namespace velorn;
 using namespace velorn::bench;
 
 namespace {
-
-class Random {
-  public:
-    unsigned below(unsigned limit) {
-        state_ ^= state_ << 13U;
-        state_ ^= state_ >> 17U;
-        state_ ^= state_ << 5U;
-        return state_ % limit;
-    }
-
-  private:
-    unsigned state_ = 2463534242U;
-};
-
-void add_text(std::string& stream, Random& random) {
-    static constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz0123456   ";
-    const unsigned length = random.below(60) + 4;
-    for (unsigned i = 0; i < length; ++i)
-        stream += letters[random.below(static_cast<unsigned>(letters.size()))];
-}
-
-// Of sixteen pieces four move the cursor, two change inverse, one red, one clears a row or the screen, eight
-// are text, half of it with a line end.
-std::string controller_stream(std::size_t size) {
-    Random random;
-    std::string stream;
-    stream.reserve(size + 100);
-    while (stream.size() < size) {
-        const unsigned piece = random.below(16);
-        if (piece < 4) {
-            stream += "\x1bY";
-            stream += static_cast<char>(32 + random.below(24));
-            stream += static_cast<char>(32 + random.below(80));
-        } else if (piece < 6) {
-            stream += random.below(2) != 0 ? "\x1bG4" : "\x1bG0";
-        } else if (piece < 7) {
-            stream += random.below(2) != 0 ? "\x1b\x1fm" : "\x1b\x1em";
-        } else if (piece < 8) {
-            stream += random.below(32) == 0 ? "\x1a" : "\x1bT";
-        } else {
-            add_text(stream, random);
-            if (piece % 2 != 0) stream += '\r';
-        }
-    }
-    return stream;
-}
 
 double parser(std::string_view stream, std::size_t chunk) {
     VirtualEventLoop loop;

@@ -1,7 +1,9 @@
 // The whole window on a pseudo terminal, as a controller's flood would find it: how long it leaves events
 // waiting during a burst, how much memory it holds after a little and after a lot, and what it costs while
-// nothing happens. Usage: window_bench [megabytes of the long run]
+// nothing happens and while it mirrors a display at 115200 baud. Usage: window_bench [megabytes of the long
+// run]
 #include "app/program.h"
+#include "controller_stream.h"
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
 #include "desktop/qt_event_loop.h"
@@ -55,6 +57,21 @@ pid_t send(int master, std::size_t bytes) {
         const ssize_t put = write(master, block.data(), std::min(block.size(), bytes));
         if (put < 0) _exit(1);
         bytes -= static_cast<std::size_t>(put);
+    }
+    _exit(0);
+}
+
+// The far end of a steady line: the display's traffic at so many bytes a second, every ten milliseconds.
+pid_t send_steadily(int master, std::size_t bytes_a_second, int seconds) {
+    const pid_t child = fork();
+    if (child != 0) return child;
+    const std::size_t block = bytes_a_second / 100;
+    const std::string stream = bench::controller_stream(block * 100 * static_cast<std::size_t>(seconds));
+    const double begin = bench::seconds_now();
+    for (int i = 0; i < seconds * 100; ++i) {
+        if (write(master, stream.data() + static_cast<std::size_t>(i) * block, block) < 0) _exit(1);
+        const double left = begin + (i + 1) / 100.0 - bench::seconds_now();
+        if (left > 0) usleep(static_cast<useconds_t>(left * 1e6));
     }
     _exit(0);
 }
@@ -120,6 +137,18 @@ int main(int argc, char** argv) {
     pass(20'000);
     std::printf("idle                      %8.3f %% of a core (aim: below 0.5)\n",
                 (processor_seconds() - before) / 20 * 100);
+
+    show_mirrored_display(program.frmTerminal, false);
+    pass(500);
+    const int steady_seconds = 20;
+    const pid_t steady = send_steadily(master, 11520, steady_seconds);
+    const double before_display = processor_seconds();
+    pass(steady_seconds * 1000);
+    std::printf("mirrored display, 115200  %8.3f %% of a core (aim: below 3)\n",
+                (processor_seconds() - before_display) / steady_seconds * 100);
+    waitpid(steady, nullptr, 0);
+    pass(500);
+    program.frmTerminal.tbrToolBar("bildumschalt").Click();
 
     Watched watched(loop);
     const auto burst = [&](std::size_t bytes) {

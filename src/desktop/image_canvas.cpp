@@ -44,16 +44,18 @@ ImageCanvas::ImageCanvas(int width, int height, double scale)
 }
 
 QRegion ImageCanvas::take_touched() {
-    QRegion region;
+    std::vector<QRect> rects; // from top to bottom, none over another
     int top = 0;
     for (Band& band : bands_) {
-        if (band.from <= band.to)
-            region +=
-                QRect(band.from, top, band.to - band.from, std::min(band_height, image_.height() - top));
+        const int height = std::min(band_height, image_.height() - top);
+        if (band.from <= band.to && height > 0)
+            rects.emplace_back(band.from, top, band.to - band.from, height);
         band = {};
         top += band_height;
     }
     touched_ = false;
+    QRegion region;
+    region.setRects(rects.data(), static_cast<int>(rects.size()));
     return region;
 }
 

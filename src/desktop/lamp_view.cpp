@@ -5,6 +5,7 @@
 
 #include <QHelpEvent>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QToolTip>
 
@@ -15,6 +16,7 @@ namespace velorn {
 namespace {
 
 constexpr int diameter = 14;
+constexpr int calm_ms = 50;
 
 } // namespace
 
@@ -23,23 +25,42 @@ LampView::LampView(Lamp& lamp, Label& label, const char* lamp_name, const char* 
     setObjectName(QString::fromLatin1(lamp_name));
     setProperty("label", QString::fromLatin1(label_name));
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    const auto show = [this] {
-        const int wide = fontMetrics().horizontalAdvance(to_qstring(label_.Caption.get()));
-        if (wide > widest_) {
-            widest_ = wide;
-            updateGeometry();
-        }
-        const bool on = lamp_.BackColor == colour::green;
-        setAccessibleName(to_qstring(label_.Caption.get()));
-        setAccessibleDescription(on ? QStringLiteral("grün") : QStringLiteral("rot"));
-        update();
-    };
-    lamp_.on_change = show;
-    label_.on_change = show;
-    show();
+    calm_.setSingleShot(true);
+    calm_.callOnTimeout([this] { show_colour(); });
+    lamp_.on_change = [this] { show_lamp(); };
+    label_.on_change = [this] { show_label(); };
+    show_colour();
+    show_label();
 }
 
 LampView::~LampView() { unbind(lamp_, label_); }
+
+void LampView::show_lamp() {
+    // While data moves a lamp goes green for a moment ten times a second; the eye is spared that.
+    if (lamp_.BackColor == colour::green && shown_ == colour::red) {
+        calm_.start(calm_ms);
+    } else {
+        calm_.stop();
+        show_colour();
+    }
+}
+
+void LampView::show_colour() {
+    if (shown_ == lamp_.BackColor) return;
+    shown_ = lamp_.BackColor;
+    setAccessibleDescription(shown_ == colour::green ? QStringLiteral("grün") : QStringLiteral("rot"));
+    update(lamp_rect());
+}
+
+void LampView::show_label() {
+    const int wide = fontMetrics().horizontalAdvance(to_qstring(label_.Caption.get()));
+    if (wide > widest_) {
+        widest_ = wide;
+        updateGeometry();
+    }
+    setAccessibleName(to_qstring(label_.Caption.get()));
+    update();
+}
 
 QSize LampView::sizeHint() const {
     return {diameter + space::small + widest_ + space::small, std::max(diameter, fontMetrics().height()) + 4};
@@ -47,10 +68,10 @@ QSize LampView::sizeHint() const {
 
 QRect LampView::lamp_rect() const { return {0, (height() - diameter) / 2, diameter, diameter}; }
 
-void LampView::paintEvent(QPaintEvent*) {
+void LampView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const bool red = lamp_.BackColor == colour::red;
+    const bool red = shown_ == colour::red;
     const QRectF light = QRectF(lamp_rect()).adjusted(1.5, 1.5, -1.5, -1.5);
     painter.setPen(QPen(palette().color(QPalette::WindowText), 1));
     painter.setBrush(red ? QColor(0xd9, 0x2d, 0x20) : QColor(0x2e, 0xb8, 0x5c));
@@ -60,6 +81,7 @@ void LampView::paintEvent(QPaintEvent*) {
         painter.drawLine(QPointF(light.left() + 3, light.center().y()),
                          QPointF(light.right() - 3, light.center().y()));
     }
+    if (lamp_rect().contains(event->rect())) return;
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(rect().adjusted(diameter + space::small, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
                      to_qstring(label_.Caption.get()));

@@ -4,6 +4,7 @@
 
 #include "runtime/controls.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <functional>
@@ -27,10 +28,15 @@ class LampView : public QWidget {
     bool event(QEvent* event) override;
 
   private:
+    void show_lamp();
+    void show_colour();
+    void show_label();
     QRect lamp_rect() const;
 
     Lamp& lamp_;
     Label& label_;
+    Colour shown_ = colour::black; // none yet
+    QTimer calm_;
     int widest_ = 0; // the label never shrinks, so that its neighbours stay where they are
 };
 

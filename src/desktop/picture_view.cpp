@@ -14,7 +14,7 @@ namespace velorn {
 
 namespace {
 
-constexpr int frame_ms = 16;
+constexpr int frame_ms = 40;             // the first stroke after a pause is shown at once
 constexpr double smallest_readable = 12; // device pixels of a cell's height
 
 } // namespace
