@@ -11,10 +11,13 @@
 #include "core/settings.h"
 #include "core/settings_files.h"
 #include "core/wait_counter.h"
+#include "links/hang_up.h"
 #include "links/lamps.h"
+#include "links/modem.h"
 #include "links/mscomm.h"
 #include "links/output.h"
 #include "links/port_opening.h"
+#include "links/tcp_link.h"
 #include "links/winsock.h"
 #include "terminal/display_looks.h"
 #include "terminal/frmftast.h"
@@ -40,6 +43,9 @@ class Program {
     Output output;
     Lamps lamps;
     PortOpening port_opening;
+    Modem modem;
+    HangUp hang_up;
+    TcpLink tcp_link;
     Receive receive;
     DisplayLooks looks;
     RemoteControl remote_control;

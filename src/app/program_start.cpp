@@ -27,11 +27,6 @@ ProgramStart::ProgramStart(World& world, const Events& events, Module1& module1,
       looks_(looks) {
     frmTerminal_.Timerglobal.Tick = [this] { Timerglobal_Tick(); };
     frmTerminal_.Timer2.Tick = [this] { frmTerminal_.Timer2.Enabled = false; };
-    // Remote control has ended, and what arrives is shown again.
-    frmTerminal_.Timer3.Tick = [this] {
-        frmTerminal_.termecho = true;
-        frmTerminal_.Timer3.Enabled = false;
-    };
     frmTerminal_.Timer9.Tick = [this] { Timer9_Tick(); };
     frmTerminal_.Timer27.Tick = [this] { Timer27_Tick(); };
 }

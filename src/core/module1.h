@@ -51,8 +51,9 @@ struct Module1 {
     bool empfgrafick = false; // received text goes to the download window
     bool empfleeren = false;  // its text is emptied before the next chunk
 
-    bool autoverbindung = false; // automatic collection is dialling
-    bool autolog = false;        // its log is open
+    bool wiederverbinden = false; // a service panel opens its connection anew
+    bool autoverbindung = false;  // automatic collection is dialling
+    bool autolog = false;         // its log is open
 };
 
 } // namespace velorn

@@ -19,9 +19,10 @@ class PortOpening {
 
     // "Einstellungen: Com1  19200,n,8,1".
     void show_settings();
+    // All that tells whether the port is open.
+    void show_state();
 
   private:
-    void show_state();
     void Timer26_Tick();
     void watch();
 

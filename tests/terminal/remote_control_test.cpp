@@ -1,4 +1,5 @@
 #include "runtime/text.h"
+#include "support/sent_at.h"
 #include "support/test_program.h"
 
 #include <gmock/gmock.h>
@@ -19,17 +20,6 @@ const std::string e = "\x1b";
 std::string put(int row, int column, const std::string& text) {
     return e + "=" + std::string{static_cast<char>(row + 31), static_cast<char>(column + 31)} + text;
 }
-
-// What goes out over the serial line, and when: "2200 FERNBED\r".
-struct SentAt {
-    explicit SentAt(TestProgram& p) : begin(p.loop.now_ms()) {
-        p.serial.on_write = [this, &p](std::string_view bytes) {
-            all.push_back(std::to_string(p.loop.now_ms() - begin) + ' ' + std::string(bytes));
-        };
-    }
-    std::int64_t begin;
-    std::vector<std::string> all;
-};
 
 struct Mirrored : TestProgram {
     RecorderCanvas canvas;
