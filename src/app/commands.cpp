@@ -24,6 +24,7 @@ Commands::Commands(World& world, Module1& module1, Settings& settings, SettingsF
     frmTerminal_.resetcount.Click = [this] { resetcount_Click(); };
     frmTerminal_.informatik.Click = [this] { informatik_Click(); };
     frmTerminal_.testwindow.Click = [this] { testwindow_Click(); };
+    frmTerminal_.tbrToolBar("clearcont").Click = [this] { frmTerminal_.Picture2.Cls(); };
     frmTerminal_.tbrToolBar("clearall").Click = [this] { frmTerminal_.txtterm.set_Text({}); };
     frmTerminal_.tbrToolBar("duestart").Click = [&output] { output.sendetext("d"); };
     frmTerminal_.tbrToolBar("test").Click = [&output] { output.sendetext("\x10\x7b\xfe\x79\x16"); };

@@ -17,12 +17,19 @@ Program::Program(World given)
       hang_up(world.loop, world.dialogs, events, module1, settings, frmTerminal, waits, output, Winsock1),
       tcp_link(events, module1, settings, frmTerminal, waits, output, Winsock1),
       receive(world.loop, world.files, events, module1, settings, frmTerminal, MSComm1, Winsock1, output),
+      log_file(world.loop, world.files, world.dialogs, events, settings, settings_files, frmTerminal),
+      protocol_file(world.loop, world.files, events, module1, frmTerminal),
+      capture(module1, frmTerminal, output, receive, protocol_file),
+      snapshots(world.loop, world.dialogs, world.printer, events, module1, frmTerminal, protocol_file),
       looks(world.dialogs, settings, settings_files, frmTerminal),
       remote_control(world.loop, world.dialogs, events, module1, settings, settings_files, frmTerminal, waits,
                      output, MSComm1, receive.receive_events, looks),
       keys(frmTerminal, settings, waits, output),
       frmftast(settings),
       start(world, events, module1, settings, settings_files, frmTerminal, waits, MSComm1, looks),
-      commands(world, module1, settings, settings_files, frmTerminal, start, output, frmftast) {}
+      commands(world, module1, settings, settings_files, frmTerminal, start, output, frmftast) {
+    // Calls go down and news goes up; here the floors' news finds its listeners.
+    remote_control.parser.screen_events.capture_begins.connect([this] { capture.begin(); });
+}
 
 } // namespace velorn

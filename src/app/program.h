@@ -19,11 +19,15 @@
 #include "links/port_opening.h"
 #include "links/tcp_link.h"
 #include "links/winsock.h"
+#include "terminal/capture.h"
 #include "terminal/display_looks.h"
 #include "terminal/frmftast.h"
 #include "terminal/keys.h"
+#include "terminal/log_file.h"
+#include "terminal/protocol_file.h"
 #include "terminal/receive.h"
 #include "terminal/remote_control.h"
+#include "terminal/snapshots.h"
 
 namespace velorn {
 
@@ -47,6 +51,10 @@ class Program {
     HangUp hang_up;
     TcpLink tcp_link;
     Receive receive;
+    LogFile log_file;
+    ProtocolFile protocol_file;
+    Capture capture;
+    Snapshots snapshots;
     DisplayLooks looks;
     RemoteControl remote_control;
     Keys keys;

@@ -75,7 +75,7 @@ class DiskFile final : public BinaryFile {
             bytes.remove_prefix(static_cast<std::size_t>(put));
             at += put;
         }
-        return {};
+        return still_there();
     }
 
     Outcome sync() override {
@@ -86,6 +86,16 @@ class DiskFile final : public BinaryFile {
     }
 
   private:
+    // The system goes on writing to a file that was deleted, and nobody would ever see it.
+    Outcome still_there() const {
+        struct stat status {};
+        if (fstat(descriptor_, &status) != 0) return failure_of(errno, path_);
+        if (status.st_nlink > 0) return {};
+        std::error_code error;
+        const bool folder_is_there = std::filesystem::exists(path_.parent_path(), error);
+        return failure(folder_is_there ? RunTimeError::file_not_found : RunTimeError::path_not_found);
+    }
+
     int descriptor_;
     std::filesystem::path path_;
     bool appends_;

@@ -35,7 +35,8 @@ class BinaryFile {
     virtual Result<std::string> read(std::int64_t position, std::int64_t count) = 0;
 
     // Writes all bytes at the one-based position; a gap behind the end is filled with zeros. Error 61 when
-    // the disk is full. In append mode the position is not looked at.
+    // the disk is full; 53 or 76 when the file or its folder was deleted meanwhile, what was written before
+    // can still be read then. In append mode the position is not looked at.
     virtual Outcome write(std::int64_t position, std::string_view bytes) = 0;
 
     // What was written has reached the disk.

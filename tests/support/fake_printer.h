@@ -3,6 +3,7 @@
 
 #include "runtime/outside.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,10 +18,10 @@ class FakePrinter : public Printer {
         std::string title;
     };
     std::vector<Page> printed;
-    bool cancels = false; // the person calls the printer dialog off
+    std::optional<RunTimeError> fails_with;
 
     Outcome print_text(std::string_view text, std::string_view title) override {
-        if (cancels) return failure(RunTimeError::dialog_cancelled);
+        if (fails_with) return failure(*fails_with);
         printed.push_back({std::string(text), std::string(title)});
         return {};
     }

@@ -42,6 +42,8 @@ void FaultyFiles::fail_at(int n, RunTimeError error) {
 
 void FaultyFiles::fill_the_disk() { fault_ = Fault::full_disk; }
 
+void FaultyFiles::mend() { fault_ = Fault::none; }
+
 void FaultyFiles::kill_at(int n, bool in_the_middle_of_a_write) {
     fault_ = in_the_middle_of_a_write ? Fault::kill_in_write : Fault::kill;
     turn_ = n;

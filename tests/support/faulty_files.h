@@ -35,6 +35,8 @@ class FaultyFiles final : public Files {
 
     // All writes fail from now on, each after half its bytes, as on a full disk. Other operations succeed.
     void fill_the_disk();
+    // Room again, and nothing fails any more.
+    void mend();
 
     // The process ends before operation n; where that is a write, after half its bytes if wanted.
     void kill_at(int n, bool in_the_middle_of_a_write = false);
