@@ -11,11 +11,13 @@
 #include "core/settings.h"
 #include "core/settings_files.h"
 #include "core/wait_counter.h"
+#include "links/frm_properties.h"
 #include "links/hang_up.h"
 #include "links/lamps.h"
 #include "links/modem.h"
 #include "links/mscomm.h"
 #include "links/output.h"
+#include "links/port_commands.h"
 #include "links/port_opening.h"
 #include "links/tcp_link.h"
 #include "links/winsock.h"
@@ -47,6 +49,8 @@ class Program {
     Output output;
     Lamps lamps;
     PortOpening port_opening;
+    FrmProperties frmProperties;
+    PortCommands port_commands;
     Modem modem;
     HangUp hang_up;
     TcpLink tcp_link;

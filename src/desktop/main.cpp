@@ -1,4 +1,5 @@
 #include "app/program.h"
+#include "desktop/frm_properties_view.h"
 #include "desktop/frmftast_view.h"
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
@@ -65,6 +66,8 @@ int main(int argc, char** argv) {
     MainWindow window(program);
     FrmftastView frmftast(
         program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+    FrmPropertiesView frmProperties(
+        program.frmProperties, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     program.start.Form_Load();
     loop.run();
     return 0;

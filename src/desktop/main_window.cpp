@@ -13,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
@@ -68,6 +69,7 @@ MainWindow::~MainWindow() {
         if (row.item != nullptr) unbind(row.item(f));
     }
     for (ToolButton& button : f.tool_buttons) unbind(button);
+    unbind(f.clrtxtsnap);
     unbind(f.form, f.imgConnected, f.imgNotConnected, f.picipunterbr, f.txtprotschreib, f.txtprotwarn,
            f.txtbattload, f.sbrStatus.projekt, f.sbrStatus.Settings, f.sbrStatus.ConnectTime);
 }
@@ -181,18 +183,9 @@ void MainWindow::build_middle() {
     split->addWidget(terminal_);
     build_display(*split);
 
-    auto* trace = new TerminalView(f.txttest10, split);
-    trace->setObjectName(QStringLiteral("txttest10"));
-    trace->setAccessibleName(QStringLiteral("Testfenster"));
-    trace->key_down = terminal_->key_down;
-    trace->key_press = terminal_->key_press;
-    trace->model_changed = [&f, trace] { trace->setVisible(f.txttest10.Visible); };
-    trace->model_changed();
-    split->addWidget(trace);
-    split->setStretchFactor(0, 3);
-    split->setStretchFactor(1, 3);
-    split->setStretchFactor(2, 3);
-    split->setStretchFactor(3, 2);
+    split->addWidget(add_pane(f.txttest10, "txttest10", QStringLiteral("Testfenster"), *split));
+    build_snapshots(*split);
+    for (int i = 0; i < split->count(); ++i) split->setStretchFactor(i, i < 3 ? 3 : 2);
     column->addWidget(split, 1);
 
     auto* lamps = new QWidget(ground);
@@ -201,6 +194,47 @@ void MainWindow::build_middle() {
     setCentralWidget(ground);
     build_lamps();
     terminal_->setFocus();
+}
+
+// A text below the middle, shown while its control is.
+TerminalView* MainWindow::add_pane(RichTextBox& text, const char* name, const QString& what,
+                                   QWidget& parent) {
+    auto* pane = new TerminalView(text, &parent);
+    pane->setObjectName(QString::fromLatin1(name));
+    pane->setAccessibleName(what);
+    pane->key_down = terminal_->key_down;
+    pane->key_press = terminal_->key_press;
+    pane->model_changed = [&text, pane] { pane->setVisible(text.Visible); };
+    pane->model_changed();
+    return pane;
+}
+
+// The snapshots of the site, with the button that empties them.
+void MainWindow::build_snapshots(QSplitter& middle) {
+    FrmTerminal& f = program_.frmTerminal;
+    auto* ground = new QWidget(&middle);
+    auto* row = new QHBoxLayout(ground);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(space::medium);
+    TerminalView* text =
+        add_pane(f.txtsnapshot, "txtsnapshot", QStringLiteral("Festgehaltene Bildschirme"), *ground);
+    row->addWidget(text, 1);
+    auto* clear = new QPushButton(ground);
+    clear->setObjectName(QStringLiteral("clrtxtsnap"));
+    clear->setFocusPolicy(Qt::TabFocus);
+    bind(f.clrtxtsnap, [&f, clear] {
+        clear->setText(to_qstring(f.clrtxtsnap.Caption.get()));
+        clear->setToolTip(QStringLiteral("Die festgehaltenen Bildschirme aus der Ansicht löschen"));
+        clear->setVisible(f.clrtxtsnap.Visible);
+    });
+    connect(clear, &QPushButton::clicked, this, [this, &f] { later([&f] { f.clrtxtsnap.Click(); }); });
+    row->addWidget(clear, 0, Qt::AlignTop);
+    text->model_changed = [&f, ground, text] {
+        text->setVisible(f.txtsnapshot.Visible);
+        ground->setVisible(f.txtsnapshot.Visible);
+    };
+    text->model_changed();
+    middle.addWidget(ground);
 }
 
 // The mirrored display, or the weekly calendar over it, in the terminal's place.

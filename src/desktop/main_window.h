@@ -37,6 +37,8 @@ class MainWindow : public QMainWindow {
     void build_toolbar();
     void build_middle();
     void build_display(QSplitter& middle);
+    void build_snapshots(QSplitter& middle);
+    TerminalView* add_pane(RichTextBox& text, const char* name, const QString& what, QWidget& parent);
     void build_lamps();
     void build_status_bar();
     void show_form();

@@ -71,18 +71,24 @@ void PortOpening::show_settings() {
     frmTerminal_.sbrStatus.Settings.Text = text;
 }
 
+bool PortOpening::open_again() {
+    mnuOpen_Click();
+    if (!loop_.ended() && !MSComm1_.PortOpen()) mnuOpen_Click();
+    return !loop_.ended();
+}
+
+void PortOpening::tell_if_closed() {
+    if (!MSComm1_.PortOpen() && !(settings_.lanaktiv == Variant(std::int16_t{1})))
+        dialogs_.message_box(cannot_open, 48);
+}
+
 void PortOpening::Timer26_Tick() {
     if (++frmTerminal_.ticks26 != 4) return;
-    mnuOpen_Click();
-    if (loop_.ended()) return;
-    if (!MSComm1_.PortOpen()) mnuOpen_Click();
-    if (loop_.ended()) return;
+    if (!open_again()) return;
     (void)MSComm1_.set_InputLen(0);
     if (!(settings_.neustartzaehler < Variant(std::int16_t{1}))) {
-        if (!MSComm1_.PortOpen() && !(settings_.lanaktiv == Variant(std::int16_t{1}))) {
-            dialogs_.message_box(cannot_open, 48);
-            if (loop_.ended()) return;
-        }
+        tell_if_closed();
+        if (loop_.ended()) return;
         frmTerminal_.sbrStatus.projekt.Text = "offline";
     }
     frmTerminal_.Timer26.Enabled = false;

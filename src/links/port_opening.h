@@ -17,6 +17,13 @@ class PortOpening {
     // Toggles the port. A failure shows its text with code 48 unless TCP is the chosen way.
     void mnuOpen_Click();
 
+    // Toggles, and once more if the port isn't open then: so it comes out open if it can be opened, with new
+    // settings if it was open before. False: the program ends.
+    bool open_again();
+
+    // Says that the port can't be opened, unless TCP is the chosen way or it is open.
+    void tell_if_closed();
+
     // "Einstellungen: Com1  19200,n,8,1".
     void show_settings();
     // All that tells whether the port is open.

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace velorn {
 
@@ -104,6 +105,75 @@ struct TextBox : Control {
     std::function<void()> GotFocus;
     Property<std::string> Text{*this, {}, &Change};
     Property<Colour> BackColor{*this, colour::white};
+};
+
+// A list of which one item is chosen. An editable one also takes texts that are not in its list.
+class ComboBox : public Control {
+  public:
+    struct Item {
+        std::string text;
+        std::string note; // shown beside the text, no part of it
+    };
+
+    explicit ComboBox(bool editable = false) : editable_(editable) {}
+
+    void set_List(std::vector<Item> items) {
+        items_ = std::move(items);
+        list_index_ = -1;
+        text_.clear();
+        changed();
+    }
+    const std::vector<Item>& List() const { return items_; }
+
+    int ListIndex() const { return list_index_; } // -1: none of the list
+    // Outside -1 to the last index nothing changes.
+    void set_ListIndex(int index) {
+        if (index < -1 || index >= static_cast<int>(items_.size())) return;
+        list_index_ = index;
+        text_ = index < 0 ? std::string() : items_[static_cast<std::size_t>(index)].text;
+        changed();
+    }
+
+    const std::string& Text() const { return text_; }
+    // A text that isn't in the list leaves a list that can't be edited as it is.
+    void set_Text(std::string_view text) {
+        for (std::size_t i = 0; i < items_.size(); ++i) {
+            if (items_[i].text == text) return set_ListIndex(static_cast<int>(i));
+        }
+        if (!editable_) return;
+        list_index_ = -1;
+        text_ = text;
+        changed();
+    }
+
+    bool editable() const { return editable_; }
+
+  private:
+    bool editable_;
+    std::vector<Item> items_;
+    int list_index_ = -1;
+    std::string text_;
+};
+
+// Buttons of which one is down; their captions in order.
+class OptionGroup : public Control {
+  public:
+    explicit OptionGroup(std::vector<std::string> captions) : captions_(std::move(captions)) {}
+
+    const std::vector<std::string>& captions() const { return captions_; }
+    int selected() const { return selected_; } // -1: none
+    // Fires Click, also when it was down already.
+    void select(int index) {
+        if (index < 0 || index >= static_cast<int>(captions_.size())) return;
+        selected_ = index;
+        changed();
+        if (Click) Click(index);
+    }
+    std::function<void(int index)> Click;
+
+  private:
+    std::vector<std::string> captions_;
+    int selected_ = -1;
 };
 
 // A small box of one colour, such as a lamp.

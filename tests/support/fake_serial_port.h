@@ -41,6 +41,7 @@ class FakeSerialPort : public SerialPort {
         if (sent) sent();
     }
     bool there = true;
+    bool allows_one_and_a_half = false; // stop bits
     std::vector<There> adapters = {{1, "Schnittstelle im Speicher"}};
     std::optional<Failure> refuses_to_open;
     int opened = 0;
@@ -71,7 +72,8 @@ class FakeSerialPort : public SerialPort {
     bool is_there(int) const override { return there; }
     std::vector<There> ports_there() const override { return there ? adapters : std::vector<There>{}; }
     bool can(const SerialSettings& wanted) const override {
-        return wanted.data_bits >= 5 && wanted.stop != SerialSettings::Stop::one_and_a_half;
+        return wanted.data_bits >= 5 &&
+               (allows_one_and_a_half || wanted.stop != SerialSettings::Stop::one_and_a_half);
     }
     Outcome apply(const SerialSettings& wanted) override {
         settings = wanted;
