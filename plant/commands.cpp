@@ -22,6 +22,9 @@ Answer at_once(std::string text) {
 
 Answer line(std::string_view text) { return at_once(std::string(text) + std::string(line_end)); }
 
+// The controller itself serves this one.
+Answer nothing(Machine&, const Words&) { return {}; }
+
 Answer refused(std::string_view reason) { return line("*** " + std::string(reason)); }
 
 Answer wrong_use(std::string_view usage) {
@@ -336,6 +339,7 @@ constexpr Command table[] = {
     {"LEISTUNG", "LEISTUNG", "Leistung und Netz", power},
     {"ZAEHLER", "ZAEHLER", "Zählerstände", meters},
     {"STOERUNGEN", "STOERUNGEN", "Störungen der letzten 14 Tage", faults},
+    {"FERNBED", "FERNBED", "Bedienanzeige auf den PC", nothing},
     {"VERS", "VERS", "Versionen", version},
     {"HELP", "HELP", "diese Liste", help},
     {"?", "?", "", help},

@@ -20,8 +20,16 @@ bool printable(char byte) { return static_cast<unsigned char>(byte) >= 32 && byt
 
 } // namespace
 
-Controller::Controller(EventLoop& loop, std::uint64_t seed) : loop_(loop), machine_(loop, seed) {
+Controller::Controller(EventLoop& loop, std::uint64_t seed)
+    : loop_(loop), machine_(loop, seed), display_(loop, machine_) {
     machine_.reset = [this] { restart(); };
+    display_.send = [this](std::string_view bytes) {
+        if (send) send(bytes);
+    };
+    display_.ended = [this] {
+        ready();
+        flush();
+    };
 }
 
 Controller::~Controller() {
@@ -32,6 +40,10 @@ Controller::~Controller() {
 void Controller::receive(std::string_view bytes) {
     for (const char byte : bytes) {
         if (state_ == State::restarting) continue;
+        if (state_ == State::display) {
+            display_.receive({&byte, 1});
+            continue;
+        }
         if (state_ != State::busy) {
             take(byte);
         } else if (typed_ahead_.size() < type_ahead) {
@@ -83,6 +95,12 @@ void Controller::run_next() {
     pending_ = loop_.post_at(loop_.now_ms() + thinking_ms, [this] {
         const std::string command = std::move(to_run_.back());
         to_run_.pop_back();
+        if (upper_case(command) == "FERNBED") {
+            to_run_.clear();
+            state_ = State::display;
+            display_.begin(site_, asks_for_name_);
+            return;
+        }
         answer_ = run_command(machine_, command);
         // A command that restarts the system has nobody left to answer.
         if (state_ == State::busy) play(0);
@@ -114,6 +132,7 @@ void Controller::ready() {
 void Controller::restart() {
     loop_.cancel(pending_);
     loop_.cancel(idle_);
+    display_.stop();
     state_ = State::restarting;
     line_.clear();
     typed_ahead_.clear();

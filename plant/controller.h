@@ -4,12 +4,14 @@
 // The shell sleeps and hears nothing until SOH (1) wakes it with CR LF '*'. It echoes what is typed, rubs out
 // on backspace (8), runs the line on CR, and answers in code page 437 with lines ending in CR LF, then '*'
 // again. "--" puts several commands on one line. After ten minutes without a byte it falls asleep again.
+// "FERNBED" hands the line to the operator display (display.h) until that ends.
 //
 // Memory is bounded whatever arrives: a line holds 200 characters, and what is typed while a command runs
 // goes to a buffer of 256 bytes; the rest is lost, as on the real thing.
 #pragma once
 
 #include "plant/commands.h"
+#include "plant/display.h"
 #include "plant/machine.h"
 
 #include <cstdint>
@@ -36,9 +38,14 @@ class Controller {
     void receive(std::string_view bytes);
 
     Machine& machine() { return machine_; }
+    // The site's name, UTF-8, as the display's head shows it.
+    void set_site(std::string name) { site_ = std::move(name); }
+    // Whether the display asks for the caller's name before its first page; it does at first.
+    void set_asks_for_name(bool on) { asks_for_name_ = on; }
+    const Display& display() const { return display_; }
 
   private:
-    enum class State { asleep, prompt, busy, restarting };
+    enum class State { asleep, prompt, busy, display, restarting };
 
     void take(char byte);
     void run_line();
@@ -52,6 +59,9 @@ class Controller {
 
     EventLoop& loop_;
     Machine machine_;
+    Display display_;
+    std::string site_ = "BHKW Gelmar, Heizzentrale";
+    bool asks_for_name_ = true;
     State state_ = State::asleep;
     std::string line_;
     std::string typed_ahead_;

@@ -49,6 +49,7 @@ std::unique_ptr<Device> Sites::enter(std::size_t place) {
     Alive& alive = alive_[place];
     if (!alive.controller) {
         alive.controller = std::make_shared<Controller>(loop_, directory_.sites()[place].seed);
+        alive.controller->set_site(directory_.sites()[place].name);
     }
     auto device = std::make_unique<ControllerDevice>(alive.controller);
     alive.visitor = device->visit();

@@ -1,0 +1,81 @@
+// The operator display of a controller, as it is mirrored on a PC: several pages linked by a menu, worked by
+// the display's own keys. Bytes in, bytes out.
+//
+// It begins with the question for the caller's name, a line of dots that the PC answers by itself, and ends
+// by "E" in the menu, or by itself after ten minutes without a key. Whatever else is typed is ignored.
+#pragma once
+
+#include "plant/pages.h"
+#include "runtime/timer.h"
+
+#include <functional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velorn::plant {
+
+class Display {
+  public:
+    // Times in ms.
+    static constexpr int before_first_page = 300;
+    static constexpr int name_is_complete_after = 600;
+    static constexpr int longest_wait_for_name = 30'000;
+    static constexpr int live_every = 2000;
+    static constexpr int idle_for = 10 * 60'000;
+
+    Display(EventLoop& loop, Machine& machine);
+
+    std::function<void(std::string_view)> send;
+    // It is over and the shell goes on.
+    std::function<void()> ended;
+
+    void begin(std::string site, bool ask_for_name = true);
+    void stop(); // without a word: the controller restarts
+    bool is_on() const { return state_ != State::off; }
+
+    void receive(std::string_view bytes);
+
+    PageId page() const { return page_; }
+
+  private:
+    enum class State { off, beginning, asking, showing };
+
+    void ask_for_name();
+    void show(PageId page);
+    void key(char code);
+    void menu_key(char code);
+    void setpoint_key(char code);
+    void move(int by, int count);
+    void show_selection();
+    void edit(char digit);
+    void take_edited();
+    void message(std::string_view utf8);
+    void send_report();
+    void send_day_graph();
+    void one_level_up();
+    void refresh();
+    void end(std::string_view words);
+    void flush();
+
+    EventLoop& loop_;
+    Machine& machine_;
+    ScreenWriter screen_;
+    State state_ = State::off;
+    bool asks_for_name_ = true;
+    std::string site_;
+    PageId page_ = PageId::menu;
+    bool inverse_head_ = false;
+    std::vector<Setpoint> setpoints_ = default_setpoints();
+    int selected_ = 0;   // line of the menu or of the setpoints
+    std::string edited_; // digits of a new value
+    bool after_escape_ = false;
+    std::vector<std::string> shown_fields_;
+    Timer step_; // what comes next by itself: first page, end of the name, the chart's lines
+    std::function<void()> next_;
+    Timer live_;
+    Timer idle_;
+};
+
+} // namespace velorn::plant
