@@ -1,5 +1,6 @@
 #include "desktop/qt_tcp_client.h"
 
+#include "desktop/native_tcp.h"
 #include "desktop/text_rim.h"
 #include "runtime/text.h"
 
@@ -36,6 +37,7 @@ constexpr Row failures[] = {
 
 struct QtTcpClient::Line {
     QTcpSocket socket;
+    native_tcp::Watch watch;
     std::string inbox;
     bool arrival_posted = false;
     bool overflow_posted = false;
@@ -71,12 +73,14 @@ void QtTcpClient::close() {
     line_->socket.disconnect();
     // What the system takes now it still sends after the close.
     if (line_->socket.bytesToWrite() > 0) line_->socket.flush();
+    line_->watch.release();
     line_->socket.abort();
     line_.reset();
 }
 
 void QtTcpClient::has_connected() {
     state_ = TcpState::connected;
+    line_->watch.hold(line_->socket.socketDescriptor());
     line_->socket.setSocketOption(QAbstractSocket::LowDelayOption, 1); // single keys are sent
     line_->socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
     post([this] {
@@ -86,9 +90,15 @@ void QtTcpClient::has_connected() {
 
 void QtTcpClient::has_failed(int socket_error) {
     const bool was_connected = state_ == TcpState::connected;
+    const bool was_reset = was_connected && line_->watch.was_reset();
+    line_->watch.release();
     if (socket_error == QAbstractSocket::RemoteHostClosedError && was_connected) {
         collect();
-        state_ = TcpState::closing;
+        if (was_reset) {
+            fail(10054, "Die Verbindung wurde vom Partner abgebrochen");
+        } else {
+            state_ = TcpState::closing;
+        }
         return;
     }
     // Over and done with; the toolkit may report further trouble of the same connection.

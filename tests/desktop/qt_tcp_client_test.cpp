@@ -5,7 +5,9 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 
 namespace velorn {
 
@@ -126,6 +128,79 @@ TEST_F(TcpLine, closingAndCallingAgainInsideTheNewsIsHarmless) {
     EXPECT_TRUE(comes_true([&] { return connections == 2; }));
     EXPECT_EQ(client.state(), TcpState::connected);
     EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(TcpLine, aResetBearsThePlatformsNumberOnce) {
+    connect();
+    const linger at_once{1, 0};
+    setsockopt(static_cast<int>(partner->socketDescriptor()), SOL_SOCKET, SO_LINGER, &at_once,
+               sizeof at_once);
+    partner->abort();
+    EXPECT_TRUE(comes_true([&] { return !failures.empty(); }));
+    test::pass(loop, 100);
+    EXPECT_EQ(failures, std::vector<int>{10054});
+    EXPECT_EQ(client.state(), TcpState::error);
+    client.write("into the void");
+}
+
+TEST_F(TcpLine, aPartnerWhoSaysNoMoreStillHears) {
+    connect();
+    partner->write("last words");
+    partner->flush();
+    shutdown(static_cast<int>(partner->socketDescriptor()), SHUT_WR);
+    EXPECT_TRUE(comes_true([&] { return client.state() == TcpState::closing; }));
+    EXPECT_EQ(got, "last words");
+    EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(TcpLine, aFloodIsTakenInOrderWithinBoundedMemory) {
+    connect();
+    constexpr std::size_t megabyte = 1 << 20;
+    constexpr std::size_t whole = 64 * megabyte;
+    std::size_t sent = 0;
+    std::size_t taken = 0;
+    bool in_order = true;
+    const QByteArray block(static_cast<qsizetype>(megabyte), 'x');
+    const auto refill = [&] {
+        while (sent < whole && partner->bytesToWrite() < static_cast<qint64>(megabyte)) {
+            partner->write(block);
+            sent += megabyte;
+        }
+    };
+    QObject::connect(partner, &QTcpSocket::bytesWritten, refill);
+    client.arrived = [&] {
+        const std::string bytes = client.take(16'384);
+        in_order = in_order && bytes.find_first_not_of('x') == std::string::npos;
+        taken += bytes.size();
+    };
+    const auto resident = [] {
+        std::ifstream status("/proc/self/statm");
+        long pages = 0;
+        status >> pages >> pages;
+        return pages * 4096;
+    };
+    refill();
+    EXPECT_TRUE(comes_true([&] { return taken >= 8 * megabyte; }));
+    const long early = resident();
+    EXPECT_TRUE(comes_true([&] { return taken == whole; }));
+    EXPECT_TRUE(in_order);
+    EXPECT_LT(resident() - early, 8 * static_cast<long>(megabyte));
+}
+
+TEST_F(TcpLine, aDribbleArrivesByteByByte) {
+    connect();
+    for (int i = 1; i <= 20; ++i) {
+        partner->write("x");
+        partner->flush();
+        ASSERT_TRUE(comes_true([&] { return got.size() == static_cast<std::size_t>(i); }));
+    }
+}
+
+TEST_F(TcpLine, anUnknownHostBearsThePlatformsNumber) {
+    client.connect("name.invalid", 23);
+    EXPECT_EQ(client.state(), TcpState::resolving);
+    EXPECT_TRUE(comes_true([&] { return !failures.empty(); }));
+    EXPECT_EQ(failures, std::vector<int>{11001});
 }
 
 } // namespace velorn
