@@ -15,8 +15,11 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QScreen>
 #include <QStandardPaths>
+#include <QTranslator>
 
 #include <filesystem>
 
@@ -42,6 +45,13 @@ std::string device_of(const VelornIni& ini, int com_port) {
     return default_device(com_port, com_port > 4 ? usb_adapters() : std::vector<std::string>{});
 }
 
+// The toolkit's own dialogs, such as the printer's. Where its translation isn't there they stay as they are.
+void speak_german(QApplication& application, QTranslator& german) {
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    if (german.load(QStringLiteral("qtbase_de"), folder)) application.installTranslator(&german);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -49,6 +59,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Velorn"));
     QApplication::setQuitOnLastWindowClosed(false);
     apply_style(application);
+    QTranslator german;
+    speak_german(application, german);
 
     const std::filesystem::path folder = program_folder();
     const VelornIni ini = VelornIni::load(folder / "velorn.ini");

@@ -21,7 +21,6 @@ constexpr double text_points = 9; // 88 columns on a portrait page
 
 Outcome QtPrinter::print_text(std::string_view text, std::string_view title) {
     QPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(to_qstring(title));
     const QPointer<QPrintDialog> dialog(new QPrintDialog(&printer, QApplication::activeWindow()));
     const std::unique_ptr<QObject, void (*)(QObject*)> owned(dialog,
                                                              [](QObject* object) { object->deleteLater(); });
@@ -33,13 +32,18 @@ Outcome QtPrinter::print_text(std::string_view text, std::string_view title) {
     if (!going_on || !dialog || dialog->result() != QDialog::Accepted) {
         return failure(RunTimeError::dialog_cancelled);
     }
+    return print_on(printer, text, title);
+}
+
+Outcome QtPrinter::print_on(QPrinter& device, std::string_view text, std::string_view title) {
+    device.setDocName(to_qstring(title));
     QTextDocument document;
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPointSizeF(text_points);
     document.setDefaultFont(font);
     document.setPlainText(to_qstring(text));
-    document.print(&printer);
-    if (printer.printerState() == QPrinter::Error) return failure(RunTimeError::device_io);
+    document.print(&device);
+    if (device.printerState() == QPrinter::Error) return failure(RunTimeError::device_io);
     return {};
 }
 

@@ -4,6 +4,8 @@
 #include "runtime/event_loop.h"
 #include "runtime/outside.h"
 
+class QPrinter;
+
 namespace velorn {
 
 class QtPrinter final : public Printer {
@@ -11,6 +13,9 @@ class QtPrinter final : public Printer {
     explicit QtPrinter(EventLoop& loop) : loop_(loop) {}
 
     Outcome print_text(std::string_view text, std::string_view title) override;
+
+    // Onto a device that is chosen already: fixed pitch, page by page, each with its number.
+    static Outcome print_on(QPrinter& device, std::string_view text, std::string_view title);
 
   private:
     EventLoop& loop_;
