@@ -2,6 +2,7 @@
 // memory. Usage: velorn-pictures FOLDER [dunkel]; QT_SCALE_FACTOR=2 takes them at double scale. See
 // tools/take-pictures.sh.
 #include "app/program.h"
+#include "desktop/frm_properties_view.h"
 #include "desktop/frmftast_view.h"
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
@@ -48,6 +49,8 @@ int main(int argc, char** argv) {
     MainWindow window(program);
     FrmftastView frmftast(
         program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+    FrmPropertiesView frmProperties(
+        program.frmProperties, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     const auto pass = [&](int ms) {
         const std::int64_t until = loop.now_ms() + ms;
         loop.post_at(until, [] {});
@@ -90,6 +93,46 @@ int main(int argc, char** argv) {
         program.frmftast.cmdCancel_Click();
     });
     press(program.frmTerminal.mnuftast);
+
+    serial.adapters = {{1, "16550A"}, {5, "FT232R USB UART"}, {7, "CH340"}};
+    loop.post_at(loop.now_ms() + 500, [&] {
+        take(frmProperties, QStringLiteral("anschluss"));
+        program.frmProperties.cmdCancel_Click();
+    });
+    press(program.frmTerminal.mnuProperties);
+
+    // ---- the mirrored display, whose colours are its own in either palette ----
+    if (argc > 2) {
+        loop.end();
+        return 0;
+    }
+    program.settings.fbautostart = std::int16_t{0};
+    program.settings.fbfarbe = std::int16_t{0};
+    program.looks.apply_display_colours();
+    controller.set_site("Kraftwerk Gelmar, Block 2");
+    const auto page = [&](char key, const QString& name) {
+        type(std::string_view(&key, 1));
+        pass(800);
+        take(window, name);
+        type("E");
+    };
+    program.remote_control.fernbedstart();
+    pass(2500);
+    take(window, QStringLiteral("fernbedienung-hell"));
+    page('2', QStringLiteral("stoerungen"));
+    page('3', QStringLiteral("wochenuhr"));
+    press(program.frmTerminal.termfarb);
+    page('1', QStringLiteral("fernbedienung-blau"));
+    page('4', QStringLiteral("tagesgang"));
+    type("6");
+    type("8");
+    take(window, QStringLiteral("sollwerte"));
+    type("E");
+    type("5");
+    program.frmTerminal.tbrToolBar("snapshot").Click();
+    program.frmTerminal.tbrToolBar("looksnap").Click();
+    take(window, QStringLiteral("displayaufnahme"));
+    program.frmTerminal.tbrToolBar("looksnap").Click();
     loop.end();
     return 0;
 }
