@@ -1,8 +1,8 @@
 #include "desktop/terminal_font.h"
 
+#include "desktop/glyph_masks.h"
 #include "desktop/text_rim.h"
 
-#include <QFontDatabase>
 #include <QFontInfo>
 #include <QFontMetricsF>
 #include <QGlyphRun>
@@ -23,13 +23,8 @@ bool is_control(unsigned char c) {
 bool is_blank(unsigned char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == 0xA0; }
 
 QFont fixed_font(const QString& name, double size) {
-    const double points = size > 0 ? size : 11.0;
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (QFontDatabase::hasFamily(name) && QFontDatabase::isFixedPitch(name)) font = QFont(name);
-    font.setPointSizeF(points);
-    font.setFixedPitch(true);
-    font.setStyleHint(QFont::Monospace);
-    font.setKerning(false);
+    QFont font = fixed_pitch_font(name);
+    font.setPointSizeF(size > 0 ? size : 11.0);
     return font;
 }
 

@@ -81,6 +81,7 @@ void DisplayLooks::measure_cells() {
     const double cell = settings_.zeichenabstand.number() * frmTerminal_.Picture1.FontSize;
     frmTerminal_.zeichenbreite = static_cast<int>(round_to_even(cell));
     frmTerminal_.zeilenhoehe = static_cast<int>(round_to_even(cell * 1.6));
+    frmTerminal_.Picture1.changed(); // its view makes room for the cells
 }
 
 void DisplayLooks::take_small_font() {

@@ -143,6 +143,7 @@ TEST(ModemSearch, takesThePortThatThePersonAgreesTo) {
     // COM1 doesn't answer, COM2 is declined, COM3 is taken.
     EXPECT_THAT(sent.all, ElementsAre("1000 AT\r", "2000 AT\r", "3000 AT\r", "3300 AT\r"));
     EXPECT_EQ(p.dialogs.shown().back(), "Modem gefunden, soll dieser Anschluß genutzt werden?"_w);
+    EXPECT_EQ(p.dialogs.last_box_title, "Modemsuche");
     EXPECT_EQ(p.settings.comport, Variant(std::int16_t{3}));
     EXPECT_EQ(p.program.MSComm1.CommPort(), 3);
     EXPECT_TRUE(p.program.MSComm1.PortOpen());

@@ -28,7 +28,8 @@ void ScriptedDialogs::expect_font(FontChoice proposal, Result<FontChoice> answer
     fonts_.push_back({std::move(proposal), std::move(answer)});
 }
 
-Answer ScriptedDialogs::message_box(std::string_view text, int code, std::string_view) {
+Answer ScriptedDialogs::message_box(std::string_view text, int code, std::string_view title) {
+    last_box_title = title;
     shown_.emplace_back(text);
     if (boxes_.empty()) {
         ADD_FAILURE() << "unexpected box, code " << code << ": " << text;

@@ -36,6 +36,8 @@ class ScriptedDialogs : public Dialogs {
     // What the input box that came last proposed, and its title.
     std::string last_proposal;
     std::string last_title;
+    // The title of the box that came last.
+    std::string last_box_title;
 
     // What was shown so far, texts of boxes and prompts.
     const std::vector<std::string>& shown() const { return shown_; }

@@ -298,6 +298,15 @@ TEST(Calendar, hasARulerOfHoursAboveItsColumns) {
 
 // ---- what the menu changes ----
 
+TEST(DisplayLooks, tellsTheViewWhenTheCellsHaveTheirNewSize) {
+    Mirrored p;
+    int width = 0;
+    p.frmTerminal.Picture1.on_change = [&] { width = p.frmTerminal.zeichenbreite; };
+    p.dialogs.expect_input("Zeichenabstand", "1,25");
+    p.frmTerminal.mnuzeiabst.Click();
+    EXPECT_EQ(width, 18);
+}
+
 TEST(DisplayLooks, changesColoursAndPaintsAnew) {
     Mirrored p;
     p.receive("\x1a"
