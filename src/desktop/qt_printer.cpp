@@ -17,13 +17,21 @@ namespace {
 
 constexpr double text_points = 9; // 88 columns on a portrait page
 
+// It goes with its window if that goes first.
+struct Opened {
+    QPointer<QPrintDialog> dialog;
+    explicit Opened(QPrintDialog* made) : dialog(made) {}
+    ~Opened() { delete dialog.data(); }
+    Opened(const Opened&) = delete;
+    Opened& operator=(const Opened&) = delete;
+};
+
 } // namespace
 
 Outcome QtPrinter::print_text(std::string_view text, std::string_view title) {
     QPrinter printer(QPrinter::HighResolution);
-    const QPointer<QPrintDialog> dialog(new QPrintDialog(&printer, QApplication::activeWindow()));
-    const std::unique_ptr<QObject, void (*)(QObject*)> owned(dialog,
-                                                             [](QObject* object) { object->deleteLater(); });
+    const Opened opened{new QPrintDialog(&printer, QApplication::activeWindow())};
+    const QPointer<QPrintDialog>& dialog = opened.dialog;
     const auto finished = std::make_shared<bool>(false);
     QObject::connect(dialog, &QDialog::finished, [finished] { *finished = true; });
     dialog->setWindowModality(dialog->parentWidget() ? Qt::WindowModal : Qt::ApplicationModal);

@@ -1,10 +1,12 @@
 // The main window, found and driven by the names of its controls.
 #include "desktop/frmftast_view.h"
 #include "desktop/main_window.h"
+#include "desktop/picture_view.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/search_field.h"
 #include "desktop/style.h"
 #include "desktop/terminal_view.h"
+#include "desktop/text_rim.h"
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
@@ -287,6 +289,61 @@ TEST(ThePalettes, canBeRead) {
         EXPECT_GE(contrast(alarm(p), p.color(QPalette::Window)), least_contrast);
         EXPECT_EQ(detect(p), look);
     }
+}
+
+TEST_F(WindowTest, theMirroredDisplayIsPaintedAtTheScreensResolution) {
+    serial.arrives("*FERNBED");
+    serial.arrives("\x1a"
+                   "Vorlauf");
+    auto* picture = window.findChild<PictureView*>(QStringLiteral("Picture1"));
+    ASSERT_TRUE(eventually([&] {
+        return picture->viewport()->height() > 300 && program.frmTerminal.schirm.text(1, 1, 7) == "Vorlauf";
+    }));
+    const QImage image = picture->viewport()->grab().toImage();
+    EXPECT_EQ(image.pixel(2, 2), to_qcolor(program.frmTerminal.Picture1.BackColor).rgb());
+    bool ink = false;
+    for (int x = 0; x < 100; ++x) {
+        for (int y = 0; y < 40; ++y) ink = ink || image.pixel(x, y) == qRgb(0, 0, 0);
+    }
+    EXPECT_TRUE(ink);
+    EXPECT_FALSE(window.terminal().isVisible());
+}
+
+TEST_F(WindowTest, theCalendarTakesTheDisplaysPlaceAndItsKeys) {
+    serial.arrives("*FERNBED");
+    serial.arrives("\x1b\x1bG8\x1b=\x20\x23Wochenuhr");
+    auto* calendar = window.findChild<QWidget*>(QStringLiteral("calendar"));
+    auto* title = window.findChild<QLabel*>(QStringLiteral("labkal1"));
+    ASSERT_TRUE(
+        eventually([&] { return calendar->isVisible() && title->text() == QStringLiteral("Wochenuhr"); }));
+    auto* picabs = window.findChild<PictureView*>(QStringLiteral("picabs"));
+    QKeyEvent down(QEvent::KeyPress, Qt::Key_E, Qt::NoModifier, QStringLiteral("E"));
+    QApplication::sendEvent(picabs, &down);
+    EXPECT_TRUE(sends("E"));
+    serial.arrives("\x1b@\x1b");
+    EXPECT_TRUE(eventually([&] { return !calendar->isVisible(); }));
+    EXPECT_TRUE(window.findChild<QWidget*>(QStringLiteral("Picture1"))->isVisible());
+}
+
+TEST_F(WindowTest, snapshotsAreShownBelowAndEmptiedByTheirButton) {
+    action("snapshot")->trigger();
+    action("looksnap")->trigger();
+    auto* pane = window.findChild<TerminalView*>(QStringLiteral("txtsnapshot"));
+    auto* clear = window.findChild<QPushButton*>(QStringLiteral("clrtxtsnap"));
+    ASSERT_TRUE(eventually([&] { return pane->isVisible() && clear->isVisible(); }));
+    EXPECT_TRUE(action("looksnap")->isChecked());
+    clear->click();
+    EXPECT_TRUE(eventually([&] { return program.frmTerminal.txtsnapshot.Text().empty(); }));
+    action("looksnap")->trigger();
+    EXPECT_TRUE(eventually([&] { return !pane->isVisible() && !clear->isVisible(); }));
+    EXPECT_FALSE(action("looksnap")->isChecked());
+}
+
+TEST_F(WindowTest, aCapturesNoticeStandsBelow) {
+    serial.arrives("\x1b\x1bP");
+    auto* notice = window.findChild<QLabel*>(QStringLiteral("txtprotwarn"));
+    ASSERT_TRUE(eventually([&] { return notice->isVisible(); }));
+    EXPECT_TRUE(notice->text().startsWith(QStringLiteral("ACHTUNG!!!")));
 }
 
 } // namespace velorn::test
