@@ -18,6 +18,19 @@ TEST(Commands, sendsItsToolbarCharacters) {
     EXPECT_EQ(p.sent(), "\x10\x7b\xfe\x79\x16"s);
 }
 
+TEST(Commands, clearTheTerminalAndThePicture) {
+    TestProgram p;
+    p.start();
+    RecorderCanvas canvas;
+    p.frmTerminal.Picture2.canvas = &canvas;
+    p.receive("text");
+    p.frmTerminal.tbrToolBar("clearcont").Click();
+    EXPECT_EQ(canvas.strokes(), std::vector<std::string>{"clear #ffffff"});
+    EXPECT_EQ(p.terminal(), "text");
+    p.frmTerminal.tbrToolBar("clearall").Click();
+    EXPECT_EQ(p.terminal(), "");
+}
+
 TEST(Commands, storesTheStartCounterAsItIsTyped) {
     TestProgram p;
     p.start();
