@@ -45,7 +45,7 @@ void Display::begin(std::string site, bool ask_for_name_first) {
     site_ = std::move(site);
     asks_for_name_ = ask_for_name_first;
     state_ = State::beginning;
-    selected_ = 0;
+    menu_line_ = 0;
     inverse_head_ = false;
     idle_.Enabled = true;
     next_ = [this] {
@@ -113,11 +113,11 @@ void Display::receive(std::string_view bytes) {
 
 void Display::show(PageId page) {
     state_ = State::showing;
-    page_ = page;
     edited_.clear();
     step_.Enabled = false;
     next_ = nullptr;
-    if (page != PageId::menu) selected_ = 0;
+    if (page != page_) setpoint_line_ = 0;
+    page_ = page;
     screen_.cursor(false);
     screen_.clear();
     if (page != PageId::calendar) write_head(screen_, site_, inverse_head_);
@@ -137,11 +137,11 @@ void Display::show(PageId page) {
 
 void Display::show_selection() {
     if (page_ == PageId::menu) {
-        const auto& entry = menu_entries()[static_cast<std::size_t>(selected_)];
+        const auto& entry = menu_entries()[static_cast<std::size_t>(menu_line_)];
         const auto length = static_cast<int>(cp437_from_utf8(entry.title).size());
-        screen_.select(first_line + selected_, menu_column, menu_column + 2 + length);
+        screen_.select(first_line + menu_line_, menu_column, menu_column + 2 + length);
     } else if (page_ == PageId::setpoints) {
-        screen_.at(first_line + selected_, value_column);
+        screen_.at(first_line + setpoint_line_, value_column);
         screen_.cursor(true);
     }
 }
@@ -158,8 +158,8 @@ void Display::refresh() {
 void Display::key(char code) {
     if (std::exchange(after_escape_, false)) {
         // Page down and home: the last line and the first one.
-        if (code == 'F') move(1000, 0);
-        if (code == 'H') move(-1000, 0);
+        if (code == 'F') move(1000);
+        if (code == 'H') move(-1000);
         return;
     }
     if (code == escape) {
@@ -168,9 +168,9 @@ void Display::key(char code) {
         one_level_up();
     } else if (code == 'I' || code == 'i') {
         if (page_ == PageId::calendar) return;
+        // What ends the head's inverse takes bars and red away too, so the whole page comes anew.
         inverse_head_ = !inverse_head_;
-        write_head(screen_, site_, inverse_head_);
-        show_selection();
+        show(page_);
     } else if (page_ == PageId::menu) {
         menu_key(code);
     } else if (page_ == PageId::setpoints) {
@@ -190,25 +190,23 @@ void Display::one_level_up() {
     show(PageId::menu);
 }
 
-void Display::move(int by, int count) {
-    if (page_ == PageId::menu) count = static_cast<int>(menu_entries().size());
-    if (page_ == PageId::setpoints) count = static_cast<int>(setpoints_.size());
-    if (count == 0) return;
-    selected_ = std::clamp(selected_ + by, 0, count - 1);
+void Display::move(int by) {
+    if (page_ == PageId::menu) {
+        menu_line_ = std::clamp(menu_line_ + by, 0, static_cast<int>(menu_entries().size()) - 1);
+    } else if (page_ == PageId::setpoints) {
+        setpoint_line_ = std::clamp(setpoint_line_ + by, 0, static_cast<int>(setpoints_.size()) - 1);
+    }
     show_selection();
 }
 
 void Display::menu_key(char code) {
     const auto entries = menu_entries();
-    if (code == cursor_down) move(1, 0);
-    if (code == cursor_up) move(-1, 0);
-    if (code >= '1' && code < static_cast<char>('1' + static_cast<int>(entries.size())))
-        selected_ = code - '1';
-    if (code == enter || (code >= '1' && code <= '9')) {
-        const int chosen = selected_;
-        show(entries[static_cast<std::size_t>(chosen)].page);
-        if (page_ != PageId::setpoints) selected_ = chosen; // where the menu comes back to
-    }
+    if (code == cursor_down) move(1);
+    if (code == cursor_up) move(-1);
+    const int digit = code - '1';
+    const bool is_entry = digit >= 0 && digit < static_cast<int>(entries.size());
+    if (is_entry) menu_line_ = digit;
+    if (is_entry || code == enter) show(entries[static_cast<std::size_t>(menu_line_)].page);
 }
 
 void Display::setpoint_key(char code) {
@@ -217,7 +215,7 @@ void Display::setpoint_key(char code) {
             edited_.clear();
             write_page(screen_, page_, machine_, setpoints_);
         }
-        move(code == cursor_down ? 1 : -1, 0);
+        move(code == cursor_down ? 1 : -1);
     } else if (code >= '0' && code <= '9') {
         edit(code);
     } else if (code == cursor_left && !edited_.empty()) {
@@ -230,13 +228,14 @@ void Display::setpoint_key(char code) {
 
 void Display::edit(char digit) {
     if (edited_.size() >= longest_value) return;
-    if (edited_.empty()) screen_.text_at(first_line + selected_, value_column, std::string(value_width, ' '));
+    if (edited_.empty())
+        screen_.text_at(first_line + setpoint_line_, value_column, std::string(value_width, ' '));
     edited_ += digit;
-    screen_.text_at(first_line + selected_, value_column, edited_);
+    screen_.text_at(first_line + setpoint_line_, value_column, edited_);
 }
 
 void Display::take_edited() {
-    Setpoint& point = setpoints_[static_cast<std::size_t>(selected_)];
+    Setpoint& point = setpoints_[static_cast<std::size_t>(setpoint_line_)];
     int value = 0;
     const auto [end, error] = std::from_chars(edited_.data(), edited_.data() + edited_.size(), value);
     const bool given = !edited_.empty() && error == std::errc{} && end == edited_.data() + edited_.size();
@@ -247,7 +246,7 @@ void Display::take_edited() {
     } else if (given) {
         message(filled("nur %d bis %d", point.lowest, point.highest));
     }
-    screen_.text_at(first_line + selected_, value_column, filled("%*d", value_width, point.value));
+    screen_.text_at(first_line + setpoint_line_, value_column, filled("%*d", value_width, point.value));
     show_selection();
 }
 

@@ -47,7 +47,7 @@ class Display {
     void key(char code);
     void menu_key(char code);
     void setpoint_key(char code);
-    void move(int by, int count);
+    void move(int by);
     void show_selection();
     void edit(char digit);
     void take_edited();
@@ -68,7 +68,9 @@ class Display {
     PageId page_ = PageId::menu;
     bool inverse_head_ = false;
     std::vector<Setpoint> setpoints_ = default_setpoints();
-    int selected_ = 0;   // line of the menu or of the setpoints
+    // Where the selection stands on each of the two pages that have one.
+    int menu_line_ = 0;
+    int setpoint_line_ = 0;
     std::string edited_; // digits of a new value
     bool after_escape_ = false;
     std::vector<std::string> shown_fields_;

@@ -220,7 +220,8 @@ std::vector<Setpoint> default_setpoints() {
 }
 
 void write_head(ScreenWriter& screen, std::string_view site, bool inverse) {
-    const std::string head = " Ende: <E>      Invers: <I>             " + padded(site, 40);
+    constexpr std::size_t name_width = 40;
+    const std::string head = " Ende: <E>      Invers: <I>             " + fitted(site, name_width);
     screen.at(1, 1);
     if (inverse) {
         screen.inverse(head);

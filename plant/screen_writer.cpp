@@ -30,8 +30,9 @@ void ScreenWriter::text_at(int row, int column, std::string_view utf8) {
 }
 
 void ScreenWriter::inverse(std::string_view utf8) {
-    // Behind "inverse off" an escape would begin something else; a blank doesn't.
-    out_ += "\x1bG4" + cp437_from_utf8(utf8) + "\x1bG0 ";
+    // Behind "inverse off" an escape would begin something else, and a blank would take a cell; "home"
+    // doesn't.
+    out_ += "\x1bG4" + cp437_from_utf8(utf8) + "\x1bG0\x1e";
 }
 
 void ScreenWriter::red(std::string_view utf8) {

@@ -20,7 +20,7 @@ class ScreenWriter {
     void at(int row, int column);
     void text(std::string_view utf8);
     void text_at(int row, int column, std::string_view utf8);
-    // Inverse text, and the blank behind it that ends it.
+    // Inverse text; ends every selection and bar on the screen, and takes the cursor home.
     void inverse(std::string_view utf8);
     void red(std::string_view utf8);
     // Marks columns from to to of a row, in place of what was marked before. from: 2 or more.

@@ -70,6 +70,15 @@ std::string padded(std::string_view utf8, std::size_t width) {
     return std::string(utf8) + std::string(length < width ? width - length : 0, ' ');
 }
 
+std::string fitted(std::string_view utf8, std::size_t width) {
+    std::size_t end = 0;
+    for (std::size_t letters = 0; end < utf8.size(); ++end) {
+        const bool begins_letter = (static_cast<unsigned char>(utf8[end]) & 0xC0U) != 0x80U;
+        if (begins_letter && letters++ == width) break;
+    }
+    return padded(utf8.substr(0, end), width);
+}
+
 std::string upper_case(std::string_view text) {
     std::string out(text);
     for (char& c : out) {

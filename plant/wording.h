@@ -20,6 +20,9 @@ std::string decimal(double value, int digits, int width = 0);
 // Left-aligned to `width` characters (not bytes).
 std::string padded(std::string_view utf8, std::size_t width);
 
+// The same, and cut where it is longer.
+std::string fitted(std::string_view utf8, std::size_t width);
+
 // ASCII upper case; all other bytes stay.
 std::string upper_case(std::string_view text);
 

@@ -241,6 +241,34 @@ TEST_F(ADisplay, turnsItsHeadInverseAndBack) {
     EXPECT_EQ(screen.inverse_text(1), "");
 }
 
+TEST_F(ADisplay, keepsBarsAndRedWhenItsHeadTurnsInverse) {
+    enters();
+    types("7");
+    types("I");
+    EXPECT_EQ(screen.attribute(20, 10), 'i');
+    types("E");
+    types("2");
+    types("I");
+    EXPECT_EQ(screen.red_used, 1);
+}
+
+TEST_F(ADisplay, cutsALongNameToItsFortyCharacters) {
+    controller.set_site("Kläranlage mit einem wirklich sehr langen Namen am Fluß");
+    enters();
+    EXPECT_EQ(text(1).size(), 80U);
+    EXPECT_EQ(text(2), "");
+    EXPECT_EQ(text(1).substr(40), on_screen("Kläranlage mit einem wirklich sehr lange"));
+}
+
+TEST_F(ADisplay, comesBackToTheMenusLineItWasOpenedFrom) {
+    enters();
+    types("6");
+    types(down);
+    types(down);
+    types("E");
+    EXPECT_NE(screen.inverse_text(11), "");
+}
+
 TEST_F(ADisplay, isLeftByTwoEFromEveryPage) {
     for (std::size_t i = 0; i < menu_entries().size(); ++i) {
         enters();
