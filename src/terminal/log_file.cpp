@@ -73,14 +73,15 @@ void LogFile::mnuOpenLog_Click() {
     settings_.letztepfade[remembered] = *name;
     settings_files_.saveeinst();
     if (loop_.ended()) return;
-    waiting_.clear();
     auto opened = files_.open(*name, OpenMode::read_write);
     if (!opened) {
-        file_.reset();
+        // The one that was open before, as the controller may ask for a second one, ends too.
+        if (file_) mnuCloseLog_Click();
         frmTerminal_.logdatei = 0;
         dialogs_.message_box(opened.failure().text, 48);
         return;
     }
+    write_what_waits_for_the_last_time();
     file_ = std::move(opened).value();
     path_ = *name;
     position_ = 1; // kept: a file that stays is written over from its first byte on
@@ -96,9 +97,9 @@ void LogFile::mnuOpenLog_Click() {
 }
 
 void LogFile::mnuCloseLog_Click() {
+    write_what_waits_for_the_last_time();
     file_.reset();
     ++opened_;
-    waiting_.clear();
     frmTerminal_.logdatei = 0;
     show_open(false);
     if (std::exchange(fblogmerk_, false)) show_mirrored_display(frmTerminal_, false);
@@ -121,14 +122,26 @@ void LogFile::write(std::string_view text) {
         asking_ = true;
         const Answer answer = dialogs_.message_box(written.failure().text, 21);
         asking_ = false;
-        if (loop_.ended() || opened_ != this_log) return;
+        if (loop_.ended()) return;
+        if (opened_ != this_log) {
+            if (!waiting_.empty()) write({}); // another LOG's by now
+            return;
+        }
         if (answer != Answer::retry) {
+            waiting_.clear();
             press(frmTerminal_.mnuCloseLog);
             return;
         }
         written = write_waiting();
-        if (!written && open_anew()) written = write_waiting();
+        if (written) continue;
+        const Outcome anew = open_anew(written.failure());
+        written = anew ? write_waiting() : anew;
     }
+}
+
+void LogFile::write_what_waits_for_the_last_time() {
+    if (file_ && !waiting_.empty()) (void)write_waiting();
+    waiting_.clear();
 }
 
 Outcome LogFile::write_waiting() {
@@ -138,14 +151,16 @@ Outcome LogFile::write_waiting() {
     return {};
 }
 
-Outcome LogFile::open_anew() {
+Outcome LogFile::open_anew(const Failure& why) {
     auto opened = files_.open(path_, OpenMode::read_write);
     if (!opened) return opened.failure();
     BinaryFile& anew = **opened;
     const Result<std::int64_t> length = anew.length();
     if (!length) return length.failure();
-    for (std::int64_t from = *length + 1; from < position_;) {
-        const Result<std::string> kept = file_->read(from, std::min(block, position_ - from));
+    // Of a file that is gone the old handle still holds everything; what bears its name now is another one.
+    const bool is_gone = why.is(RunTimeError::file_not_found) || why.is(RunTimeError::path_not_found);
+    for (std::int64_t from = is_gone ? 1 : *length + 1;;) {
+        const Result<std::string> kept = file_->read(from, block);
         if (!kept) return kept.failure();
         if (kept->empty()) break;
         if (const Outcome copied = anew.write(from, *kept); !copied) return copied;

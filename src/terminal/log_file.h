@@ -36,8 +36,9 @@ class LogFile {
     std::optional<std::string> chosen_name();
     void write(std::string_view text);
     Outcome write_waiting();
+    void write_what_waits_for_the_last_time();
     // After a failure: the file by its name, with all that was written before.
-    Outcome open_anew();
+    Outcome open_anew(const Failure& why);
     void show_open(bool open);
 
     EventLoop& loop_;

@@ -211,6 +211,25 @@ TEST(Capture, closesItsFileWhenItsTimeRunsOut) {
     EXPECT_EQ(p.file(), std::string(32, 'x') + "\r\n\r\n");
 }
 
+TEST(Capture, findsAnEndMarkThatIsCutAnywhere) {
+    for (std::size_t cut = 1; cut < end_mark.size(); ++cut) {
+        WithProtocol p("");
+        p.receive(begin_mark + std::string(60, 'x') + end_mark.substr(0, cut));
+        EXPECT_TRUE(p.module1.protokollaktiv);
+        p.receive(end_mark.substr(cut));
+        EXPECT_FALSE(p.module1.protokollaktiv);
+        EXPECT_EQ(p.file(), std::string(60, 'x') + "\r\n\r\n") << cut;
+    }
+}
+
+TEST(Capture, writesAndMissesAnEndMarkThatStandsBeforeItsLast28Characters) {
+    WithProtocol p("");
+    p.receive(begin_mark);
+    p.receive(std::string(30, 'x') + end_mark + std::string(40, 'y'));
+    EXPECT_TRUE(p.module1.protokollaktiv);
+    EXPECT_EQ(p.file(), std::string(30, 'x') + end_mark + std::string(12, 'y'));
+}
+
 // ---- by the button ----
 
 TEST(Capture, byTheButtonBeginsWithWhatArrivesFromThenOnAndLastsFifteenMinutes) {
@@ -221,6 +240,10 @@ TEST(Capture, byTheButtonBeginsWithWhatArrivesFromThenOnAndLastsFifteenMinutes) 
     EXPECT_TRUE(p.button().Pressed);
     p.receive(std::string(60, 'x'));
     EXPECT_EQ(p.file(), std::string(32, 'x'));
+    p.loop.pass(899'000);
+    EXPECT_TRUE(p.module1.protokollaktiv);
+    p.loop.pass(1000);
+    EXPECT_FALSE(p.module1.protokollaktiv);
 }
 
 TEST(Capture, isEndedByTheButtonWithoutAByteToTheController) {

@@ -348,4 +348,59 @@ TEST(LogUnderFire, putsADeletedFileTogetherAgain) {
     EXPECT_EQ(*read_whole(disk, name), "before, after");
 }
 
+TEST(LogUnderFire, keepsItsBeginningWhenAnotherFileHasTakenItsName) {
+    const TemporaryFolder folder;
+    const Paths paths(folder.path());
+    DiskFiles disk(paths);
+    UnderFire u(disk);
+    u.open(folder.stored("a.log"));
+    u.events.log_text("the beginning, ");
+    std::filesystem::remove(folder.path() / "a.log");
+    folder.set_content("a.log", "XXXX");
+    u.dialogs.expect("Datei nicht gefunden", 21, Answer::retry);
+    u.events.log_text("the end");
+    EXPECT_EQ(folder.content("a.log"), "the beginning, the end");
+}
+
+TEST(LogUnderFire, writesWhatWaitsWhenThePersonClosesItBehindTheBox) {
+    MemoryFiles disk;
+    UnderFire u(disk);
+    u.open();
+    u.files.fill_the_disk();
+    u.dialogs.expect("Festplatte voll", 21, Answer::retry, [&u] {
+        u.files.mend();
+        u.frmTerminal.mnuCloseLog.Click();
+    });
+    u.events.log_text("not lost");
+    EXPECT_EQ(disk.content(name), "not lost");
+    EXPECT_EQ(u.frmTerminal.logdatei, 0);
+}
+
+TEST(LogUnderFire, writesWhatArrivedForAnotherLogWhileTheBoxOfTheFirstStood) {
+    MemoryFiles disk;
+    UnderFire u(disk);
+    u.open();
+    u.files.fill_the_disk();
+    u.dialogs.expect("Festplatte voll", 21, Answer::retry, [&u] {
+        u.files.mend();
+        u.frmTerminal.mnuCloseLog.Click();
+        u.open("c:\\second.log");
+        u.events.log_text("for the second");
+    });
+    u.events.log_text("for the first");
+    EXPECT_EQ(disk.content("c:\\second.log"), "for the second");
+    EXPECT_EQ(disk.content(name), "for the first");
+}
+
+TEST(LogFile, endsTheOpenOneWhenASecondOneCantBeOpened) {
+    WithLog p;
+    p.files.make_read_only("c:\\second.log");
+    p.dialogs.expect_file(std::string("LOG-Datei öffnen"_w), std::string("c:\\second.log"));
+    p.dialogs.expect("Zugriff verweigert", 48, Answer::ok);
+    p.frmTerminal.mnuOpenLog.Click();
+    EXPECT_EQ(p.frmTerminal.logdatei, 0);
+    EXPECT_TRUE(p.frmTerminal.mnuOpenLog.Enabled);
+    EXPECT_FALSE(p.frmTerminal.mnuCloseLog.Enabled);
+}
+
 } // namespace velorn::test
