@@ -3,6 +3,7 @@
 #include "desktop/text_rim.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFontDatabase>
 #include <QPointer>
 #include <QPrintDialog>
@@ -45,6 +46,10 @@ Outcome QtPrinter::print_text(std::string_view text, std::string_view title) {
 
 Outcome QtPrinter::print_on(QPrinter& device, std::string_view text, std::string_view title) {
     device.setDocName(to_qstring(title));
+    // The toolkit prints into a file that can't be written without a word.
+    if (const QString file = device.outputFileName();
+        !file.isEmpty() && !QFile(file).open(QIODevice::WriteOnly | QIODevice::Append))
+        return failure(RunTimeError::path_file_access, to_cp1252_or(file, '?'));
     QTextDocument document;
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPointSizeF(text_points);

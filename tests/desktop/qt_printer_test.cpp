@@ -33,6 +33,15 @@ TEST(QtPrinter, printsATextIntoAPdfFile) {
     EXPECT_EQ(pages_of(pdf), 1);
 }
 
+TEST(QtPrinter, tellsAFileThatCantBeWritten) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QStringLiteral("/gibt/es/nicht/druck.pdf"));
+    const Outcome printed = QtPrinter::print_on(printer, "text", "Titel");
+    ASSERT_FALSE(printed.ok());
+    EXPECT_TRUE(printed.failure().is(RunTimeError::path_file_access));
+}
+
 TEST(QtPrinter, takesAsManyPagesAsTheTextNeeds) {
     std::string text;
     for (int line = 0; line < 300; ++line) text += "Zeile " + std::to_string(line) + "\r\n";
