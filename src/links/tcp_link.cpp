@@ -40,6 +40,7 @@ TcpLink::TcpLink(const Events& events, Module1& module1, const Settings& setting
 
 void TcpLink::begin_attempt(std::string host, int port) {
     stop_attempt();
+    ++attempt_;
     frmTerminal_.Timer24.Enabled = false;
     module1_.verbindungticks = 0;
     Winsock1_.RemoteHost = std::move(host);
@@ -55,14 +56,16 @@ void TcpLink::stop_attempt() {
 
 void TcpLink::Winsock1_Connect() {
     stop_attempt();
+    const int attempt = ++attempt_;
     module1_.tcpoffen = true;
     if (over_gateway(module1_, settings_)) {
         write_terminal(frmTerminal_, "\n\r\nVerbindung zum tarnwerk-Modem hergestellt!");
         output_.sendetext(xon);
         if (module1_.protokollan) events_.protocol_mark("  CONNECT ");
         if (!waits_.warte(until_gateway_listens)) return;
-        // It may have been lost or given up meanwhile; the number would then go to the serial port.
-        if (!module1_.tcpoffen) return;
+        // It may have been lost or given up meanwhile; the number would then go to the serial port, or to
+        // another partner.
+        if (!module1_.tcpoffen || attempt_ != attempt) return;
         module1_.gatewayoffen = true;
         events_.gateway_ready();
         return;

@@ -46,6 +46,7 @@ class TcpLink {
     WaitCounter& waits_;
     Output& output_;
     Winsock& Winsock1_;
+    int attempt_ = 0; // which one it is, since another may begin while one waits
 };
 
 } // namespace velorn

@@ -102,6 +102,19 @@ TEST(TcpLink, dialsNothingThroughAGatewayThatWasLostMeanwhile) {
     EXPECT_THAT(p.news, ElementsAre("0 direct over"));
 }
 
+TEST(TcpLink, dialsNothingThroughAConnectionThatCameAboutWhileTheGatewaysWaited) {
+    Tcp p(true);
+    p.tcp.succeeds();
+    p.loop.post_at(p.loop.now_ms() + 500, [&p] {
+        p.module1.istip = true;
+        p.program.tcp_link.begin_attempt("direct", 1100);
+        p.tcp.succeeds();
+    });
+    p.loop.settle();
+    EXPECT_TRUE(p.module1.tcpoffen);
+    EXPECT_THAT(p.news, testing::Not(testing::Contains(testing::HasSubstr("gateway ready"))));
+}
+
 TEST(TcpLink, anAddressNeverGoesOverTheGateway) {
     Tcp p(true);
     p.module1.istip = true;
