@@ -72,9 +72,9 @@ std::string padded(std::string_view utf8, std::size_t width) {
 
 std::string fitted(std::string_view utf8, std::size_t width) {
     std::size_t end = 0;
-    for (std::size_t letters = 0; end < utf8.size(); ++end) {
+    for (std::size_t count = 0; end < utf8.size(); ++end) {
         const bool begins_letter = (static_cast<unsigned char>(utf8[end]) & 0xC0U) != 0x80U;
-        if (begins_letter && letters++ == width) break;
+        if (begins_letter && count++ == width) break;
     }
     return padded(utf8.substr(0, end), width);
 }
