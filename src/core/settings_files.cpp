@@ -2,6 +2,8 @@
 
 #include "runtime/text.h"
 
+#include <utility>
+
 namespace velorn {
 
 namespace {
@@ -128,6 +130,7 @@ constexpr Step steps[] = {
 
 void SettingsFiles::begin_start() {
     starting_ = true;
+    told_ = false;
     rest_is_read_ = false;
     unsaved_einst_.reset();
     unsaved_lan_.reset();
@@ -187,19 +190,21 @@ Outcome SettingsFiles::read_rest() {
     static const std::optional<std::string> none;
     const File rest[] = {{datpfad_path(), datpfad_fields(), &none},
                          {lan_path(), lan_fields(), &unsaved_lan_}};
-    for (const File& file : rest) {
-        if (*file.unsaved) {
-            if (const Outcome read = decode_fields(file.fields, **file.unsaved, settings_); !read)
-                return read;
-            continue;
-        }
+    const auto read_one = [this](const File& file) -> Outcome {
+        if (*file.unsaved) return decode_fields(file.fields, **file.unsaved, settings_);
         if (const Outcome there = ensure_exists(files_, file.path); !there) return there;
         const Result<std::string> content = read_whole(files_, file.path);
         if (!content) return content.failure();
-        if (const Outcome read = decode_fields(file.fields, *content, settings_); !read) return read;
+        return decode_fields(file.fields, *content, settings_);
+    };
+    // A damaged file doesn't keep the other one from being read: what stands in that would be lost with the
+    // next save.
+    Outcome all;
+    for (const File& file : rest) {
+        if (Outcome one = read_one(file); !one && all.ok()) all = one;
     }
-    rest_is_read_ = true;
-    return {};
+    rest_is_read_ = all.ok();
+    return all;
 }
 
 void SettingsFiles::saveeinst() {
@@ -218,8 +223,13 @@ void SettingsFiles::save_during_start() {
         rest_is_read_ = true;
     }
     const Outcome saved = save();
-    if (saved) return;
-    const bool told = unsaved_einst_.has_value();
+    if (saved) {
+        // What is on disk is up to date again; an older copy would have the same step taken for ever.
+        unsaved_einst_.reset();
+        unsaved_lan_.reset();
+        return;
+    }
+    const bool told = std::exchange(told_, true);
     unsaved_einst_ = encode_fields(einst_fields(), settings_);
     unsaved_lan_ = encode_fields(lan_fields(), settings_);
     if (!told) dialogs_.message_box(saved.failure().text, 48);

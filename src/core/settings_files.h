@@ -62,6 +62,7 @@ class SettingsFiles {
     const std::string& apppfad_;
 
     bool starting_ = false;
+    bool told_ = false;         // that a save failed in this start
     bool rest_is_read_ = false; // the two other files were read before the first rewrite of this start
     // A file that couldn't be rewritten in this start is read from what would stand in it, so that the
     // upgrade goes on; the failure is shown once.

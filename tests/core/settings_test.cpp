@@ -1,3 +1,5 @@
+#include "support/faulty_files.h"
+#include "support/nobody_there.h"
 #include "support/settings_samples.h"
 #include "support/test_program.h"
 
@@ -291,6 +293,36 @@ TEST(DamagedFiles, withAnUnknownTagAnywhereAreRecovered) {
             ASSERT_TRUE(p.frmTerminal.form.Visible.get()) << path << " " << at;
             ASSERT_GE(p.settings.einstversion2.number(), 20) << path << " " << at;
         }
+    }
+}
+
+TEST(DamagedFiles, aDamagedDatpfadLeavesTheOtherFilesValues) {
+    TestProgram p;
+    write_all(p, user_settings());
+    p.files.set_content(datpfad, "\x63\x63");
+    p.program.start.Form_Load();
+    EXPECT_EQ(p.settings.loginuser, user_settings().loginuser);
+    EXPECT_EQ(p.settings.lanport, user_settings().lanport);
+    TestProgram next;
+    for (const std::string& path : {einst, datpfad, lan}) next.files.set_content(path, p.files.content(path));
+    next.program.start.Form_Load();
+    EXPECT_EQ(next.settings.loginuser, user_settings().loginuser);
+}
+
+TEST(AStart, comesToItsEndWhicheverFileOperationFailsOnce) {
+    for (int n = 1; n < 200; ++n) {
+        VirtualEventLoop loop;
+        MemoryFiles disk;
+        FaultyFiles faulty(disk);
+        faulty.fail_at(n, RunTimeError::disk_full);
+        NobodyThere nobody;
+        FakeSerialPort serial{loop};
+        FakeTcpClient tcp{loop};
+        FakePrinter printer;
+        Program program{World{loop, faulty, nobody, serial, tcp, printer, "c:\\velorn", {1366, 768}}};
+        program.start.Form_Load();
+        EXPECT_TRUE(program.frmTerminal.form.Visible) << n;
+        EXPECT_EQ(program.settings.einstversion2.number(), 20) << n;
     }
 }
 
