@@ -6,6 +6,7 @@
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
+#include "support/fake_visualisation.h"
 #include "support/memory_files.h"
 #include "support/nobody_there.h"
 
@@ -49,7 +50,10 @@ struct Bench {
     velorn::test::FakeSerialPort serial{loop};
     velorn::test::FakeTcpClient tcp{loop};
     test::FakePrinter printer;
-    Program program{World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1366, 768}}};
+    test::FakeProcesses processes;
+    test::FakeVisualisation visualisation;
+    Program program{World{
+        loop, files, dialogs, serial, tcp, printer, processes, visualisation, "c:\\velorn", {1366, 768}}};
 
     explicit Bench(const std::string& text) {
         program.module1.loginalter = 1000;

@@ -8,8 +8,10 @@
 #include "desktop/qt_dialogs.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/qt_printer.h"
+#include "desktop/qt_processes.h"
 #include "desktop/qt_serial_port.h"
 #include "desktop/qt_tcp_client.h"
+#include "desktop/qt_visualisation.h"
 #include "desktop/style.h"
 #include "rounds.h"
 #include "runtime/disk_files.h"
@@ -121,8 +123,18 @@ int main(int argc, char** argv) {
     QtSerialPort serial(loop, [&](int) { return slave_name; });
     QtTcpClient tcp(loop);
     QtPrinter printer(loop);
-    Program program(
-        World{loop, files, dialogs, serial, tcp, printer, folder.path().toStdString(), {1366, 768}});
+    QtProcesses processes(paths);
+    QtVisualisation visualisation(loop, QStringLiteral("velorn-visu-messung"));
+    Program program(World{loop,
+                          files,
+                          dialogs,
+                          serial,
+                          tcp,
+                          printer,
+                          processes,
+                          visualisation,
+                          folder.path().toStdString(),
+                          {1366, 768}});
     MainWindow window(program);
     program.start.Form_Load();
     const auto pass = [&](std::int64_t ms) {

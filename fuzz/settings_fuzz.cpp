@@ -5,6 +5,7 @@
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
+#include "support/fake_visualisation.h"
 #include "support/memory_files.h"
 #include "support/nobody_there.h"
 
@@ -22,7 +23,10 @@ void start(test::MemoryFiles& files) {
     test::FakeSerialPort serial(loop);
     test::FakeTcpClient tcp(loop);
     test::FakePrinter printer;
-    Program program(World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1366, 768}});
+    test::FakeProcesses processes;
+    test::FakeVisualisation visualisation;
+    Program program(World{
+        loop, files, dialogs, serial, tcp, printer, processes, visualisation, "c:\\velorn", {1366, 768}});
     program.start.Form_Load();
     if (!program.frmTerminal.form.Visible) std::abort();
     if (program.settings.einstversion2 < Variant(std::int16_t{20})) std::abort();

@@ -15,6 +15,7 @@
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
+#include "support/fake_visualisation.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -38,14 +39,24 @@ int main(int argc, char** argv) {
     test::FakeSerialPort serial(loop);
     test::FakeTcpClient tcp(loop);
     test::FakePrinter printer;
+    test::FakeProcesses processes;
+    test::FakeVisualisation visualisation;
     plant::Controller controller(loop, 7);
     controller.send = [&](std::string_view bytes) { serial.arrives(bytes); };
     serial.on_write = [&](std::string_view bytes) {
         loop.post([&controller, text = std::string(bytes)] { controller.receive(text); });
     };
 
-    Program program(
-        World{loop, files, dialogs, serial, tcp, printer, folder.path().toStdString(), {1100, 700}});
+    Program program(World{loop,
+                          files,
+                          dialogs,
+                          serial,
+                          tcp,
+                          printer,
+                          processes,
+                          visualisation,
+                          folder.path().toStdString(),
+                          {1100, 700}});
     MainWindow window(program);
     FrmftastView frmftast(
         program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);

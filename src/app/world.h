@@ -10,6 +10,13 @@
 
 namespace velorn {
 
+// Where the gateway with its two modems is reached.
+struct Gateway {
+    std::string address; // a name or an address; empty: there is none
+    int port1 = 23;
+    int port2 = 24;
+};
+
 struct World {
     EventLoop& loop;
     Files& files;
@@ -17,8 +24,11 @@ struct World {
     SerialPort& serial;
     TcpClient& tcp;
     Printer& printer;
+    Processes& processes;
+    VisualisationChannel& visualisation;
     std::string program_folder; // stored form, cp1252, without a trailing separator
     ScreenSize screen;
+    Gateway gateway = {};
 };
 
 } // namespace velorn

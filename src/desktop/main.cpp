@@ -5,8 +5,10 @@
 #include "desktop/qt_dialogs.h"
 #include "desktop/qt_event_loop.h"
 #include "desktop/qt_printer.h"
+#include "desktop/qt_processes.h"
 #include "desktop/qt_serial_port.h"
 #include "desktop/qt_tcp_client.h"
+#include "desktop/qt_visualisation.h"
 #include "desktop/style.h"
 #include "runtime/disk_files.h"
 #include "runtime/serial_devices.h"
@@ -71,10 +73,13 @@ int main(int argc, char** argv) {
     QtSerialPort serial(loop, [&ini](int com_port) { return device_of(ini, com_port); });
     QtTcpClient tcp(loop);
     QtPrinter printer(loop);
+    QtProcesses processes(paths);
+    QtVisualisation visualisation(loop);
     const QSize screen = QGuiApplication::primaryScreen()->availableSize();
 
-    Program program(World{loop, files, dialogs, serial, tcp, printer, Paths::stored(folder).value_or("."),
-                          ScreenSize{screen.width(), screen.height()}});
+    Program program(World{loop, files, dialogs, serial, tcp, printer, processes, visualisation,
+                          Paths::stored(folder).value_or("."), ScreenSize{screen.width(), screen.height()},
+                          Gateway{ini.gateway_address(), ini.gateway_port(1), ini.gateway_port(2)}});
     MainWindow window(program);
     FrmftastView frmftast(
         program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);

@@ -160,6 +160,33 @@ class Printer {
     virtual Outcome print_text(std::string_view text, std::string_view title) = 0;
 };
 
+// ---- other programs ----
+
+class Processes {
+  public:
+    virtual ~Processes() = default;
+
+    // Starts a program by its stored path, in its own folder, and lets go of it. Errors 53 not there, 70 not
+    // allowed, 75 when it can't be run.
+    virtual Outcome start(std::string_view path) = 0;
+};
+
+// Two texts shared with a visualisation program of the same user, one each way. Each is one value, not a
+// stream: a new text takes the place of the one before, and who comes later sees the present one.
+class VisualisationChannel {
+  public:
+    virtual ~VisualisationChannel() = default;
+
+    // Can be reached from now on; doing it again does nothing. Error 57 with the reason in the text.
+    virtual Outcome open() = 0;
+
+    // The text for the visualisation, cp1252. Before open() it is only kept.
+    virtual void set_text(std::string_view text) = 0;
+
+    // The visualisation has set its text, cp1252; told also when it is the same as before.
+    std::function<void(const std::string& text)> arrived;
+};
+
 class Clipboard {
   public:
     virtual ~Clipboard() = default;

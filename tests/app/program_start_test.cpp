@@ -100,7 +100,18 @@ TEST(TheLayout, goesByTheHeightOfTheScreen) {
         FakeSerialPort serial{loop};
         FakeTcpClient tcp{loop};
         FakePrinter printer;
-        Program program{World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1000, height}}};
+        FakeProcesses processes;
+        FakeVisualisation visualisation;
+        Program program{World{loop,
+                              files,
+                              dialogs,
+                              serial,
+                              tcp,
+                              printer,
+                              processes,
+                              visualisation,
+                              "c:\\velorn",
+                              {1000, height}}};
         program.start.Form_Load();
         EXPECT_EQ(program.frmTerminal.txtterm_width, 990);
         EXPECT_NEAR(program.frmTerminal.txtterm_height, height * share, 0.5);

@@ -319,7 +319,10 @@ TEST(AStart, comesToItsEndWhicheverFileOperationFailsOnce) {
         FakeSerialPort serial{loop};
         FakeTcpClient tcp{loop};
         FakePrinter printer;
-        Program program{World{loop, faulty, nobody, serial, tcp, printer, "c:\\velorn", {1366, 768}}};
+        FakeProcesses processes;
+        FakeVisualisation visualisation;
+        Program program{World{
+            loop, faulty, nobody, serial, tcp, printer, processes, visualisation, "c:\\velorn", {1366, 768}}};
         program.start.Form_Load();
         EXPECT_TRUE(program.frmTerminal.form.Visible) << n;
         EXPECT_EQ(program.settings.einstversion2.number(), 20) << n;

@@ -6,6 +6,7 @@
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
+#include "support/fake_visualisation.h"
 #include "support/memory_files.h"
 #include "support/scripted_dialogs.h"
 
@@ -27,7 +28,10 @@ struct PortWindow : testing::Test {
     FakeSerialPort serial{loop};
     FakeTcpClient tcp{loop};
     FakePrinter printer;
-    Program program{World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1100, 700}}};
+    FakeProcesses processes;
+    FakeVisualisation visualisation;
+    Program program{World{
+        loop, files, dialogs, serial, tcp, printer, processes, visualisation, "c:\\velorn", {1100, 700}}};
     FrmProperties& model = program.frmProperties;
     FrmPropertiesView view{model, [](std::function<void()> what) { what(); }, nullptr};
 

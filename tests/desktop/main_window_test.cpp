@@ -10,6 +10,7 @@
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
+#include "support/fake_visualisation.h"
 #include "support/memory_files.h"
 #include "support/scripted_dialogs.h"
 
@@ -37,7 +38,10 @@ struct WindowTest : testing::Test {
     FakeSerialPort serial{loop};
     FakeTcpClient tcp{loop};
     FakePrinter printer;
-    Program program{World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1100, 700}}};
+    FakeProcesses processes;
+    FakeVisualisation visualisation;
+    Program program{World{
+        loop, files, dialogs, serial, tcp, printer, processes, visualisation, "c:\\velorn", {1100, 700}}};
     MainWindow window{program};
     FrmftastView frmftast{program.frmftast,
                           [this](std::function<void()> what) { loop.post(std::move(what)); }, &window};

@@ -6,6 +6,7 @@
 #include "plant/controller.h"
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
+#include "support/fake_visualisation.h"
 #include "support/memory_files.h"
 #include "support/scripted_dialogs.h"
 
@@ -29,7 +30,10 @@ struct OverTcp : testing::Test {
     FakeSerialPort serial{loop};
     QtTcpClient tcp{loop};
     FakePrinter printer;
-    Program program{World{loop, files, dialogs, serial, tcp, printer, "c:\\velorn", {1100, 700}}};
+    FakeProcesses processes;
+    FakeVisualisation visualisation;
+    Program program{World{
+        loop, files, dialogs, serial, tcp, printer, processes, visualisation, "c:\\velorn", {1100, 700}}};
     plant::Controller controller{loop, 3};
     QTcpServer server;
     QTcpSocket* partner = nullptr;

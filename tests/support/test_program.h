@@ -7,6 +7,7 @@
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
+#include "support/fake_visualisation.h"
 #include "support/memory_files.h"
 #include "support/scripted_dialogs.h"
 
@@ -19,7 +20,10 @@ struct TestProgram {
     FakeSerialPort serial{loop};
     FakeTcpClient tcp{loop};
     FakePrinter printer;
-    Program program{World{loop, files, dialogs, serial, tcp, printer, folder, {1366, 768}}};
+    FakeProcesses processes;
+    FakeVisualisation visualisation;
+    Program program{
+        World{loop, files, dialogs, serial, tcp, printer, processes, visualisation, folder, {1366, 768}}};
 
     static constexpr const char* folder = "c:\\velorn";
 
