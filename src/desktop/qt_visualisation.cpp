@@ -18,11 +18,11 @@ QByteArray framed(std::string_view text) {
     return frame.append(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// Left behind by a program that was killed, so that nobody answers at it.
-bool is_abandoned(const QString& name) {
+// The toolkit itself would take the place of a living server without a word.
+bool is_answered(const QString& name) {
     QLocalSocket visitor;
     visitor.connectToServer(name);
-    return visitor.state() == QLocalSocket::UnconnectedState;
+    return visitor.state() != QLocalSocket::UnconnectedState;
 }
 
 } // namespace
@@ -35,15 +35,19 @@ QtVisualisation::QtVisualisation(EventLoop& loop, QString name)
 
 QtVisualisation::~QtVisualisation() {
     *alive_ = false;
-    for (Partner& partner : partners_) partner.socket->disconnect();
+    for (Partner& partner : partners_) {
+        partner.socket->disconnect();
+        partner.socket->flush(); // the farewell that was set last
+    }
 }
 
 Outcome QtVisualisation::open() {
-    if (server_.isListening() || server_.listen(name_)) return {};
-    if (server_.serverError() == QAbstractSocket::AddressInUseError && is_abandoned(name_)) {
-        QLocalServer::removeServer(name_);
-        if (server_.listen(name_)) return {};
-    }
+    if (server_.isListening()) return {};
+    if (is_answered(name_))
+        return failure(RunTimeError::device_io, "der Name ist schon vergeben: " + to_cp1252_or(name_, '?'));
+    // What a program that was killed left behind.
+    QLocalServer::removeServer(name_);
+    if (server_.listen(name_)) return {};
     return failure(RunTimeError::device_io, to_cp1252_or(server_.errorString(), '?'));
 }
 
