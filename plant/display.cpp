@@ -1,5 +1,6 @@
 #include "plant/display.h"
 
+#include "plant/visual_values.h"
 #include "plant/wording.h"
 
 #include <algorithm>
@@ -35,7 +36,11 @@ Display::Display(EventLoop& loop, Machine& machine)
         flush();
     };
     live_.Tick = [this] {
-        refresh();
+        if (state_ == State::visualising) {
+            send_values();
+        } else {
+            refresh();
+        }
         flush();
     };
     idle_.Tick = [this] { end(" - OFFLINE - "); };
@@ -105,7 +110,11 @@ void Display::receive(std::string_view bytes) {
     }
     if (state_ == State::beginning) return;
     for (const char code : bytes) {
-        key(code);
+        if (state_ == State::visualising) {
+            visual_key(code);
+        } else {
+            key(code);
+        }
         if (state_ == State::off) return;
     }
     flush();
@@ -171,6 +180,8 @@ void Display::key(char code) {
         // What ends the head's inverse takes bars and red away too, so the whole page comes anew.
         inverse_head_ = !inverse_head_;
         show(page_);
+    } else if (code == 'v' || code == 'V') {
+        visualise();
     } else if (page_ == PageId::menu) {
         menu_key(code);
     } else if (page_ == PageId::setpoints) {
@@ -180,6 +191,45 @@ void Display::key(char code) {
     } else if (page_ == PageId::chart && (code == 'G' || code == 'g')) {
         send_day_graph();
     }
+}
+
+void Display::visualise() {
+    state_ = State::visualising;
+    step_.Enabled = false;
+    next_ = nullptr;
+    order_.clear();
+    live_.Enabled = false; // its period begins anew
+    live_.Enabled = true;
+    send_values();
+}
+
+void Display::send_values() { screen_.raw(values_block(site_, machine_, setpoints_)); }
+
+void Display::visual_key(char code) {
+    if (takes_order(code)) return;
+    order_.clear();
+    if (code == 'v' || code == 'V') {
+        send_values();
+        return;
+    }
+    show(page_);
+    if (code != cursor_left) key(code);
+}
+
+// Whether the key begins an order or belongs to the one begun.
+bool Display::takes_order(char code) {
+    const bool is_word = order_.size() >= order_word.size();
+    if (is_word && code == enter) {
+        (void)follow_order(order_, setpoints_);
+        order_.clear();
+        send_values();
+        return true;
+    }
+    const bool printable = static_cast<unsigned char>(code) >= ' ';
+    if (is_word ? !printable || order_.size() == longest_order : code != order_word[order_.size()])
+        return false;
+    order_ += code;
+    return true;
 }
 
 void Display::one_level_up() {

@@ -3,6 +3,10 @@
 //
 // It begins with the question for the caller's name, a line of dots that the PC answers by itself, and ends
 // by "E" in the menu, or by itself after ten minutes without a key. Whatever else is typed is ignored.
+//
+// "v" on any page: instead of the page it sends the plant's values in blocks (visual_values.h), one at once,
+// one with each further "v", and one every 2 s. It takes setpoints then, as lines ending in CR. Backspace (8)
+// brings the page back; any other key does too, and works there as ever.
 #pragma once
 
 #include "plant/pages.h"
@@ -22,7 +26,7 @@ class Display {
     static constexpr int before_first_page = 300;
     static constexpr int name_is_complete_after = 600;
     static constexpr int longest_wait_for_name = 30'000;
-    static constexpr int live_every = 2000;
+    static constexpr int live_every = 2000; // page and visualisation
     static constexpr int idle_for = 10 * 60'000;
 
     Display(EventLoop& loop, Machine& machine);
@@ -38,13 +42,18 @@ class Display {
     void receive(std::string_view bytes);
 
     PageId page() const { return page_; }
+    bool is_visualising() const { return state_ == State::visualising; }
 
   private:
-    enum class State { off, beginning, asking, showing };
+    enum class State { off, beginning, asking, showing, visualising };
 
     void ask_for_name();
     void show(PageId page);
     void key(char code);
+    void visualise();
+    void send_values();
+    void visual_key(char code);
+    bool takes_order(char code);
     void menu_key(char code);
     void setpoint_key(char code);
     void move(int by);
@@ -72,6 +81,7 @@ class Display {
     int menu_line_ = 0;
     int setpoint_line_ = 0;
     std::string edited_; // digits of a new value
+    std::string order_;  // of a visualisation, not yet complete
     bool after_escape_ = false;
     std::vector<std::string> shown_fields_;
     Timer step_; // what comes next by itself: first page, end of the name, the chart's lines

@@ -1,6 +1,5 @@
 #include "plant/pages.h"
 
-#include "plant/operation.h"
 #include "plant/wording.h"
 
 #include <algorithm>
@@ -47,14 +46,7 @@ void write_menu(ScreenWriter& screen) {
     screen.text_at(20, 3, "Pfeiltasten wählen, Eingabetaste öffnet, E beendet die Fernbedienung");
 }
 
-struct LiveRow {
-    std::string_view name;
-    std::string_view unit;
-    double Readings::*value;
-    int digits;
-};
-
-constexpr LiveRow live_rows[] = {
+constexpr LiveRow measured[] = {
     {"Generatorleistung", "kW", &Readings::power_kw, 1},
     {"Wärmeleistung", "kW", &Readings::heat_kw, 1},
     {"Gasverbrauch", "m3/h", &Readings::gas_m3_per_h, 1},
@@ -71,7 +63,7 @@ constexpr LiveRow live_rows[] = {
 
 void write_operation(ScreenWriter& screen, Machine& machine) {
     int row = first_line;
-    for (const LiveRow& live : live_rows) {
+    for (const LiveRow& live : measured) {
         screen.text_at(row, 6, live.name);
         screen.text_at(row++, value_column + 10, live.unit);
     }
@@ -212,6 +204,8 @@ void write_about(ScreenWriter& screen, const Machine& machine) {
 
 std::span<const PageEntry> menu_entries() { return entries; }
 
+std::span<const LiveRow> live_rows() { return measured; }
+
 std::vector<Setpoint> default_setpoints() {
     return {{"Vorlauf-Solltemperatur", "C", 40, 90, 75},
             {"Rücklauf-Begrenzung", "C", 30, 70, 60},
@@ -274,7 +268,7 @@ std::vector<LiveField> live_fields(Machine& machine) {
     const Readings r = readings_at(machine.seed(), machine.now());
     std::vector<LiveField> fields;
     int row = first_line;
-    for (const LiveRow& live : live_rows)
+    for (const LiveRow& live : measured)
         fields.push_back({row++, value_column, decimal(r.*live.value, live.digits, 9)});
     fields.push_back({4, 6, padded(r.running ? "Anlage läuft" : "Anlage steht", 20)});
     fields.push_back({4, 56, date_and_time_text(machine.now())});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "plant/machine.h"
+#include "plant/operation.h"
 #include "plant/screen_writer.h"
 
 #include <array>
@@ -43,6 +44,15 @@ void write_head(ScreenWriter& screen, std::string_view site, bool inverse);
 // Everything below the head. The chart's lines come apart, since they have to follow the text later.
 void write_page(ScreenWriter& screen, PageId page, Machine& machine, std::span<const Setpoint> setpoints);
 void write_chart_lines(ScreenWriter& screen, Machine& machine);
+
+// What the running plant measures, as the display names it.
+struct LiveRow {
+    std::string_view name; // UTF-8
+    std::string_view unit;
+    double Readings::*value;
+    int digits; // behind the decimal comma
+};
+std::span<const LiveRow> live_rows();
 
 // A field of the page that shows the running plant; its place and its text at this moment.
 struct LiveField {
