@@ -75,7 +75,9 @@ void Link::read() {
         if (length > longest_text) return socket_.abort();
         if (received_.size() < length_size + length) return;
         // German letters have the same numbers in Latin-1 as in Velorn's cp1252.
-        const QString text = QString::fromLatin1(received_.constData() + length_size, length);
+        QString text = QString::fromLatin1(received_.constData() + length_size, length);
+        // All but the controller's ß, which comes as it is in code page 437.
+        text.replace(QChar(225), QStringLiteral("ß"));
         received_.remove(0, length_size + length);
         if (arrived) arrived(text, std::exchange(first_, false));
     }

@@ -11,6 +11,7 @@
 using namespace std::chrono_literals;
 
 VisuWindow::VisuWindow(const QString& channel) : table_(0, 2), link_(channel) {
+    resize(960, 560);
     setWindowTitle(QStringLiteral("Beispielvisualisierung"));
     title_.setText(QStringLiteral("Noch keine Werte"));
     title_.setStyleSheet(QStringLiteral("font-size: 16pt; font-weight: 600"));
