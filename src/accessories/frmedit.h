@@ -12,6 +12,7 @@
 #include "runtime/rich_text_box.h"
 #include "runtime/text.h"
 
+#include <cstdint>
 #include <functional>
 #include <string>
 

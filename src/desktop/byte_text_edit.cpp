@@ -25,20 +25,26 @@ constexpr std::ptrdiff_t searched_line_ends = 64;
 
 bool breaks(char c) { return c == '\r' || c == '\n'; }
 
+bool has_picture(char16_t c) { return (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || c == 0x7F; }
+
 // A picture becomes its control character; all else stays.
 char16_t unpictured(char16_t c) {
-    if (c >= first_picture && c < first_picture + 0x20) return static_cast<char16_t>(c - first_picture);
-    return c == picture_of_del ? char16_t{0x7F} : c;
+    const auto control = c == picture_of_del ? char16_t{0x7F} : static_cast<char16_t>(c - first_picture);
+    return c >= first_picture && has_picture(control) ? control : c;
 }
 
 char16_t pictured(char16_t c) {
-    if (c < 0x20 && c != u'\t' && c != u'\n') return static_cast<char16_t>(first_picture + c);
-    return c == 0x7F ? picture_of_del : c;
+    if (!has_picture(c)) return c;
+    return c == 0x7F ? picture_of_del : static_cast<char16_t>(first_picture + c);
 }
 
-char byte_of(QChar c) {
-    const QChar plain(unpictured(c.unicode()));
-    return to_cp1252_or(QStringView(&plain, 1), '?').front();
+// One byte for each of the document's characters.
+std::string one_by_one(QString text) {
+    for (QChar& c : text) {
+        c = QChar(unpictured(c.unicode()));
+        if (c.isSurrogate()) c = QChar(QChar::ReplacementCharacter); // a pair would be one
+    }
+    return to_cp1252_or(text, '?');
 }
 
 // One kind of line end, pictures for control characters.
@@ -271,13 +277,13 @@ std::string ByteTextEdit::bytes_of(const QString& text, std::size_t position,
         memory.erase(known.base() - 1, memory.end());
     }
     std::string bytes;
-    for (const QChar c : text) {
-        if (c == u'\n') {
+    for (const char c : one_by_one(text)) {
+        if (c == '\n') {
             bytes += line_ends.back();
             line_ends.pop_back();
             ends.push_back(bytes.size());
         } else {
-            bytes += byte_of(c);
+            bytes += c;
         }
     }
     return bytes;

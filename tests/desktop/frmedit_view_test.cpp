@@ -225,6 +225,25 @@ TEST_F(EditorWindow, refusesAPastedTextAsAWholeAndAnInputMethodsToo) {
     EXPECT_EQ(bytes(), "abcd\xE9");
 }
 
+TEST_F(EditorWindow, refusesThePicturesOfWhatItShowsOtherwise) {
+    open("abcd");
+    paste(QStringLiteral("\u240A"));
+    paste(QStringLiteral("\u240D"));
+    paste(QStringLiteral("\u2409"));
+    EXPECT_EQ(bytes(), "abcd");
+    EXPECT_NE(hint(), QString());
+}
+
+TEST_F(EditorWindow, whateverElseGetsIntoTheDocumentIsOneByteEach) {
+    open("ab\ncd");
+    cursor(1);
+    edit->insertPlainText(QStringLiteral("\U0001F600\u2028Ω"));
+    EXPECT_EQ(bytes(), "a????b\ncd");
+    cursor(8);
+    type(QStringLiteral("x"));
+    EXPECT_EQ(bytes(), "a????b\ncxd");
+}
+
 TEST_F(EditorWindow, pastedLinesEndInCrLfAndControlCharactersAreKept) {
     open("");
     paste(QStringLiteral("a\nb\r\nc\rd\u2028e\u2029f\u001Bg\u00A0h"));
