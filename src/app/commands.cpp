@@ -10,16 +10,22 @@
 namespace velorn {
 
 Commands::Commands(World& world, Module1& module1, Settings& settings, SettingsFiles& settings_files,
-                   FrmTerminal& frmTerminal, ProgramStart& start, Output& output, Frmftast& frmftast)
+                   FrmTerminal& frmTerminal, ProgramStart& start, Output& output, Frmftast& frmftast,
+                   FrmTelefon& frmtelefon, PhonebookWindow& phonebook_window, Frmedit& frmedit)
     : world_(world),
       module1_(module1),
       settings_(settings),
       settings_files_(settings_files),
       frmTerminal_(frmTerminal),
       start_(start),
-      frmftast_(frmftast) {
+      frmftast_(frmftast),
+      frmtelefon_(frmtelefon),
+      phonebook_window_(phonebook_window),
+      frmedit_(frmedit) {
     frmTerminal_.mnuFileExit.Click = [this] { mnuFileExit_Click(); };
     frmTerminal_.mnuftast.Click = [this] { mnuftast_Click(); };
+    frmTerminal_.mnutelefonbuch.Click = [this] { mnutelefonbuch_Click(); };
+    frmTerminal_.tbrToolBar("DialPhoneNumber").Click = [this] { mnutelefonbuch_Click(); };
     frmTerminal_.uhrterm.Click = [this] { uhrterm_Click(); };
     frmTerminal_.resetcount.Click = [this] { resetcount_Click(); };
     frmTerminal_.informatik.Click = [this] { informatik_Click(); };
@@ -40,6 +46,17 @@ void Commands::mnuftast_Click() {
     frmftast_.Form_Load(world_.screen);
     if (!show_modally(world_.loop, frmftast_.form)) return;
     settings_files_.saveeinst();
+}
+
+void Commands::mnutelefonbuch_Click() {
+    phonebook_window_.Form_Load();
+    if (!show_modally(world_.loop, frmtelefon_.form)) return;
+    settings_files_.saveeinst();
+}
+
+void Commands::edit_protocol_file() {
+    if (!frmedit_.form.Visible && frmedit_.Form_Load(world_.screen))
+        (void)show_modally(world_.loop, frmedit_.form);
 }
 
 void Commands::uhrterm_Click() {

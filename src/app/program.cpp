@@ -18,7 +18,7 @@ Program::Program(World given)
       modem(world.loop, world.dialogs, module1, settings, settings_files, frmTerminal, waits, output, MSComm1,
             port_opening),
       hang_up(world.loop, world.dialogs, events, module1, settings, frmTerminal, waits, output, Winsock1),
-      tcp_link(events, module1, settings, frmTerminal, waits, output, Winsock1),
+      tcp_link(events, module1, frmTerminal, waits, output, Winsock1),
       receive(world.loop, world.files, events, module1, settings, frmTerminal, MSComm1, Winsock1, output),
       log_file(world.loop, world.files, world.dialogs, events, settings, settings_files, frmTerminal),
       protocol_file(world.loop, world.files, events, module1, frmTerminal),
@@ -29,9 +29,27 @@ Program::Program(World given)
                      output, MSComm1, receive.receive_events, looks),
       keys(frmTerminal, settings, waits, output),
       frmftast(settings),
+      visualisation(world.files, world.dialogs, world.processes, world.visualisation, module1, frmTerminal,
+                    waits, output, receive.receive_events),
+      frmtelefon(world.loop),
+      phonebook_files(world.files, settings, telefonbuch),
+      phonebook_lines(world.loop, world.files, world.dialogs, module1, settings, telefonbuch, frmtelefon),
+      phonebook_edits(world.loop, world.dialogs, module1, telefonbuch, frmtelefon, phonebook_lines),
+      phonebook_window(world.loop, world.files, world.dialogs, events, module1, settings, telefonbuch,
+                       frmTerminal, frmtelefon, phonebook_files, phonebook_lines),
+      dialling(world.loop, world.dialogs, events, world.gateway, module1, settings, telefonbuch, frmTerminal,
+               frmtelefon, MSComm1, Winsock1, output, tcp_link, protocol_file, phonebook_window),
+      collection_panel(world.loop, module1, telefonbuch, frmtelefon),
+      gsm(world.loop, module1, frmtelefon, output),
+      frmedit(world.loop, world.files, world.dialogs, world.printer, module1),
       start(world, events, module1, settings, settings_files, frmTerminal, waits, MSComm1, looks),
-      commands(world, module1, settings, settings_files, frmTerminal, start, output, frmftast) {
+      commands(world, module1, settings, settings_files, frmTerminal, start, output, frmftast, frmtelefon,
+               phonebook_window, frmedit) {
     // Calls go down and news goes up; here the floors' news finds its listeners.
+    events.edit_protocol_file.connect([this] { commands.edit_protocol_file(); });
+    events.snapshots_changed.connect([this](std::string_view text) {
+        if (module1.telindex >= 0) telefonbuch[module1.telindex].aufnahme = text;
+    });
     remote_control.parser.screen_events.capture_begins.connect([this] { capture.begin(); });
 }
 

@@ -2,6 +2,7 @@
 // Nothing lives outside it, so two of them can run in one process without touching each other.
 #pragma once
 
+#include "accessories/frmedit.h"
 #include "app/commands.h"
 #include "app/program_start.h"
 #include "app/world.h"
@@ -10,6 +11,7 @@
 #include "core/module1.h"
 #include "core/settings.h"
 #include "core/settings_files.h"
+#include "core/telefonbuch.h"
 #include "core/wait_counter.h"
 #include "links/frm_properties.h"
 #include "links/hang_up.h"
@@ -21,6 +23,14 @@
 #include "links/port_opening.h"
 #include "links/tcp_link.h"
 #include "links/winsock.h"
+#include "phonebook/collection_panel.h"
+#include "phonebook/dialling.h"
+#include "phonebook/frm_telefon.h"
+#include "phonebook/gsm.h"
+#include "phonebook/phonebook_edits.h"
+#include "phonebook/phonebook_files.h"
+#include "phonebook/phonebook_lines.h"
+#include "phonebook/phonebook_window.h"
 #include "terminal/capture.h"
 #include "terminal/display_looks.h"
 #include "terminal/frmftast.h"
@@ -30,6 +40,7 @@
 #include "terminal/receive.h"
 #include "terminal/remote_control.h"
 #include "terminal/snapshots.h"
+#include "terminal/visualisation.h"
 
 namespace velorn {
 
@@ -63,6 +74,17 @@ class Program {
     RemoteControl remote_control;
     Keys keys;
     Frmftast frmftast;
+    Visualisation visualisation;
+    Telefonbuch telefonbuch;
+    FrmTelefon frmtelefon;
+    PhonebookFiles phonebook_files;
+    PhonebookLines phonebook_lines;
+    PhonebookEdits phonebook_edits;
+    PhonebookWindow phonebook_window;
+    Dialling dialling;
+    CollectionPanel collection_panel;
+    Gsm gsm;
+    Frmedit frmedit;
     ProgramStart start;
     Commands commands;
 };

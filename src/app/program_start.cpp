@@ -1,5 +1,6 @@
 #include "app/program_start.h"
 
+#include "core/dial_boxes.h"
 #include "runtime/number_picture.h"
 #include "runtime/text.h"
 
@@ -38,6 +39,7 @@ void ProgramStart::Form_Load() {
     while (!load_settings_once()) {
         if (world_.loop.ended()) return;
     }
+    fill_boxes(module1_, settings_);
     frmTerminal_.schirm.blank();
     frmTerminal_.zeile = 1;
     frmTerminal_.spalte = 1;

@@ -2,6 +2,7 @@
 // desktop, scripted ones in the tests.
 #pragma once
 
+#include "core/gateway.h"
 #include "runtime/event_loop.h"
 #include "runtime/files.h"
 #include "runtime/outside.h"
@@ -9,13 +10,6 @@
 #include <string>
 
 namespace velorn {
-
-// Where the gateway with its two modems is reached.
-struct Gateway {
-    std::string address; // a name or an address; empty: there is none
-    int port1 = 23;
-    int port2 = 24;
-};
 
 struct World {
     EventLoop& loop;

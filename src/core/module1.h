@@ -52,8 +52,25 @@ struct Module1 {
     bool empfleeren = false;  // its text is emptied before the next chunk
 
     bool wiederverbinden = false; // a service panel opens its connection anew
+    bool autoholen = false;       // automatic collection has a site in work
+    bool dateiladen = false;      // the site's archive is not loaded yet
     bool autoverbindung = false;  // automatic collection is dialling
     bool autolog = false;         // its log is open
+
+    std::string visdatei;         // the visualisation program of the site
+    std::int16_t vislebt = 0;     // its life counter, seconds; 0: it is not running
+    std::uint16_t viszaehler = 0; // number of the block last handed to it
+
+    // What stands in boxes of the phone book's window and is needed while that is closed, too. Filled from
+    // the settings at start.
+    bool telnet = false;    // calls go over the gateway's modems
+    std::string txtanrufer; // the name by which this PC reports to the controller
+    std::string txtmodinit; // modem initialisation, without the leading "AT"
+    std::string mdexport;   // standard TCP port
+    bool txtprestrcheck = false;
+    std::string txtprestrtext;   // dialling prefix
+    bool loginan = false;        // the automatic login waits for its prompts
+    std::int16_t logintakte = 0; // its ticks of 100 ms that are left
 };
 
 } // namespace velorn

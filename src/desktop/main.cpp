@@ -1,5 +1,6 @@
 #include "app/program.h"
 #include "desktop/frm_properties_view.h"
+#include "desktop/frmedit_view.h"
 #include "desktop/frmftast_view.h"
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
@@ -81,10 +82,10 @@ int main(int argc, char** argv) {
                           Paths::stored(folder).value_or("."), ScreenSize{screen.width(), screen.height()},
                           Gateway{ini.gateway_address(), ini.gateway_port(1), ini.gateway_port(2)}});
     MainWindow window(program);
-    FrmftastView frmftast(
-        program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
-    FrmPropertiesView frmProperties(
-        program.frmProperties, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+    const auto later = [&loop](std::function<void()> what) { loop.post(std::move(what)); };
+    FrmftastView frmftast(program.frmftast, later, &window);
+    FrmPropertiesView frmProperties(program.frmProperties, later, &window);
+    FrmeditView frmedit(program.frmedit, later, &window);
     program.start.Form_Load();
     loop.run();
     return 0;

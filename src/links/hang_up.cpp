@@ -1,7 +1,7 @@
 #include "links/hang_up.h"
 
+#include "core/dial_boxes.h"
 #include "links/ask_modem.h"
-#include "links/tcp_link.h"
 #include "runtime/text.h"
 
 namespace velorn {
@@ -72,7 +72,7 @@ void HangUp::Timer3_Tick() {
             if (is_automatic() || agreed("Soll die TCP/IP Verbindung getrennt werden")) {
                 end_tcp();
                 write_terminal(frmTerminal_,
-                               over_gateway(module1_, settings_)
+                               over_gateway(module1_)
                                    ? "\r\n\r\nVorgang abgeschlossen, Verbindung zum tarnwerk-Modem wieder "
                                      "unterbrochen!"
                                    : ended);
@@ -87,7 +87,7 @@ void HangUp::Timer3_Tick() {
 // The end of an automatic download.
 void HangUp::Timer20_Tick() {
     frmTerminal_.Timer20.Enabled = false;
-    if (over_gateway(module1_, settings_)) {
+    if (over_gateway(module1_)) {
         if (!mnuHangUp_Click() || !waits_.warte(until_gateway_hung_up)) return;
         end_tcp();
     } else if (module1_.tcpoffen) {
@@ -111,7 +111,7 @@ void HangUp::Timer31_Tick() {
 }
 
 void HangUp::HangUpPhone_Click() {
-    if (over_gateway(module1_, settings_)) {
+    if (over_gateway(module1_)) {
         if (!mnuHangUp_Click() || !waits_.warte(until_gateway_hung_up)) return;
     } else if (!module1_.tcpoffen) {
         mnuHangUp_Click();

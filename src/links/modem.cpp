@@ -53,7 +53,7 @@ std::optional<std::string_view> Modem::initialised() {
         write_terminal(frmTerminal_, "\r\n");
         return "Modem meldet sich nicht";
     }
-    const std::string command = "AT" + settings_.modeminit.text() + "\r";
+    const std::string command = "AT" + module1_.txtmodinit + "\r";
     if (!ask_modem(module1_, output_, waits_, command, answer_ticks)) return std::nullopt;
     return module1_.warteok ? "Modeminitialisierung falsch?" : "Modem ist initialisiert";
 }

@@ -6,6 +6,15 @@ namespace velorn {
 
 void Output::sendetext(std::string_view text) {
     if (module1_.trace) trace_bytes(frmTerminal_, sent_prefix, text);
+    send(text);
+}
+
+void Output::send_secret(std::string_view text) {
+    if (module1_.trace) trace_bytes(frmTerminal_, sent_prefix, "***");
+    send(text);
+}
+
+void Output::send(std::string_view text) {
     if (module1_.tcpoffen) {
         if (Winsock1_.State() == TcpState::connected) {
             Winsock1_.SendData(text);

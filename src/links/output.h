@@ -19,10 +19,15 @@ class Output {
     // port. On a link that is closed or broken the text is lost; on TCP picipunterbr then shows.
     void sendetext(std::string_view text);
 
+    // The same for a password: the byte trace shows stars in its place.
+    void send_secret(std::string_view text);
+
     // Either way out is open, as far as keys are concerned.
     bool link_is_open() const { return MSComm1_.PortOpen() || module1_.tcpoffen; }
 
   private:
+    void send(std::string_view text);
+
     Module1& module1_;
     FrmTerminal& frmTerminal_;
     MSComm& MSComm1_;

@@ -1,5 +1,6 @@
 #include "links/tcp_link.h"
 
+#include "core/dial_boxes.h"
 #include "runtime/text.h"
 
 namespace velorn {
@@ -16,15 +17,10 @@ constexpr std::string_view failed = "\r\nVersuch fehlgeschlagen";
 
 } // namespace
 
-bool over_gateway(const Module1& module1, const Settings& settings) {
-    return settings.lanaktiv == Variant(std::int16_t{1}) && !module1.istip;
-}
-
-TcpLink::TcpLink(const Events& events, Module1& module1, const Settings& settings, FrmTerminal& frmTerminal,
-                 WaitCounter& waits, Output& output, Winsock& Winsock1)
+TcpLink::TcpLink(const Events& events, Module1& module1, FrmTerminal& frmTerminal, WaitCounter& waits,
+                 Output& output, Winsock& Winsock1)
     : events_(events),
       module1_(module1),
-      settings_(settings),
       frmTerminal_(frmTerminal),
       waits_(waits),
       output_(output),
@@ -58,7 +54,7 @@ void TcpLink::Winsock1_Connect() {
     stop_attempt();
     const int attempt = ++attempt_;
     module1_.tcpoffen = true;
-    if (over_gateway(module1_, settings_)) {
+    if (over_gateway(module1_)) {
         write_terminal(frmTerminal_, "\n\r\nVerbindung zum tarnwerk-Modem hergestellt!");
         output_.sendetext(xon);
         if (module1_.protokollan) events_.protocol_mark("  CONNECT ");
@@ -81,7 +77,7 @@ void TcpLink::Winsock1_Connect() {
 }
 
 void TcpLink::Winsock1_Error(int number, const std::string& description) {
-    if (over_gateway(module1_, settings_) && number == refused) {
+    if (over_gateway(module1_) && number == refused) {
         module1_.verbindungticks = beyond_the_limit; // Timer23 ends the attempt at its next tick
         return;
     }

@@ -4,7 +4,6 @@
 #include "core/events.h"
 #include "core/frm_terminal.h"
 #include "core/module1.h"
-#include "core/settings.h"
 #include "core/wait_counter.h"
 #include "links/output.h"
 #include "links/winsock.h"
@@ -13,14 +12,10 @@
 
 namespace velorn {
 
-// The connection goes to a gateway modem, which dials the site: the box `telnet` is ticked and the site's
-// number is no address.
-bool over_gateway(const Module1& module1, const Settings& settings);
-
 class TcpLink {
   public:
-    TcpLink(const Events& events, Module1& module1, const Settings& settings, FrmTerminal& frmTerminal,
-            WaitCounter& waits, Output& output, Winsock& Winsock1);
+    TcpLink(const Events& events, Module1& module1, FrmTerminal& frmTerminal, WaitCounter& waits,
+            Output& output, Winsock& Winsock1);
 
     // Asks for a connection to a name or an address; port 1 to 65535. Ends the one before and stops the
     // timers of its attempt; the caller switches on the timer of its own route.
@@ -41,7 +36,6 @@ class TcpLink {
 
     const Events& events_;
     Module1& module1_;
-    const Settings& settings_;
     FrmTerminal& frmTerminal_;
     WaitCounter& waits_;
     Output& output_;

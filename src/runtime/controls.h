@@ -20,6 +20,11 @@ inline constexpr Colour green = 0x00FF00; // 65280
 inline constexpr Colour blue = 0xFF0000;
 inline constexpr Colour cyan = 0xFFFF00;
 inline constexpr Colour white = 0xFFFFFF;
+inline constexpr Colour yellow = 0x00FFFF;
+// Colours of the system's look: what they are is the view's business.
+inline constexpr Colour scroll_bar = 0x80000000;
+inline constexpr Colour face = 0x8000000F;
+inline constexpr Colour info = 0x80000018;
 constexpr Colour rgb(unsigned r, unsigned g, unsigned b) { return r | (g << 8U) | (b << 16U); }
 } // namespace colour
 
@@ -83,6 +88,7 @@ struct Label : Control {
     Label() = default;
     explicit Label(std::string_view caption) : Caption(*this, std::string(caption)) {}
     Property<std::string> Caption{*this};
+    Property<Colour> BackColor{*this, colour::face};
     std::function<void()> Click;
 };
 
@@ -105,6 +111,29 @@ struct TextBox : Control {
     std::function<void()> GotFocus;
     Property<std::string> Text{*this, {}, &Change};
     Property<Colour> BackColor{*this, colour::white};
+};
+
+// A value that is set by scrolling.
+class ScrollBar : public Control {
+  public:
+    ScrollBar(int least, int most, int step, int page)
+        : Min(least), Max(most), SmallChange(step), LargeChange(page), value_(least) {}
+
+    const int Min, Max, SmallChange, LargeChange;
+
+    int Value() const { return value_; }
+    // Kept within Min and Max.
+    void set_Value(int value) {
+        value = value < Min ? Min : value > Max ? Max : value;
+        if (value == value_) return;
+        value_ = value;
+        changed();
+        if (Change) Change();
+    }
+    std::function<void()> Change;
+
+  private:
+    int value_;
 };
 
 // A list of which one item is chosen. An editable one also takes texts that are not in its list.
@@ -180,6 +209,13 @@ class OptionGroup : public Control {
 struct Lamp : Control {
     Property<Colour> BackColor{*this, colour::red};
     std::function<void()> Click;
+};
+
+// An area that stands for a whole row: it can be clicked and takes keys.
+struct ClickArea : Control {
+    std::function<void()> Click;
+    std::function<void()> DblClick;
+    std::function<void(int keycode)> KeyDown;
 };
 
 // A picture that is shown or not; bringing one of two to the front is Visible.

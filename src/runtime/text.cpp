@@ -119,6 +119,19 @@ bool equal_ignoring_case(std::string_view a, std::string_view b) {
     });
 }
 
+bool contains_ignoring_case(std::string_view text, std::string_view what) {
+    static const std::array<unsigned char, 256> lower = [] {
+        std::array<unsigned char, 256> table{};
+        for (unsigned c = 0; c < table.size(); ++c) table[c] = to_lower(static_cast<unsigned char>(c));
+        return table;
+    }();
+    const auto same = [](char x, char y) {
+        return lower[static_cast<unsigned char>(x)] == lower[static_cast<unsigned char>(y)];
+    };
+    return std::search(text.begin(), text.end(), what.begin(), what.end(), same) != text.end() ||
+           what.empty();
+}
+
 std::size_t instr(std::string_view text, std::string_view what, std::size_t from) {
     if (from < 1 || from > text.size() + 1) return 0;
     const std::size_t found = text.find(what, from - 1);

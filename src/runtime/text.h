@@ -87,6 +87,9 @@ std::string to_lower(std::string_view text);
 std::string to_upper(std::string_view text);
 bool equal_ignoring_case(std::string_view a, std::string_view b);
 
+// Whether `text` holds `what`, ignoring case. An empty `what` is held by every text.
+bool contains_ignoring_case(std::string_view text, std::string_view what);
+
 // The one-based position of the first occurrence of `what` in `text` from position `from` on, 0 if there is
 // none. An empty `what` is found at `from`.
 std::size_t instr(std::string_view text, std::string_view what, std::size_t from = 1);

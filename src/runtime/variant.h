@@ -129,5 +129,9 @@ void encode(const Variant& value, std::string& bytes);
 // Plain numbers, little-endian, as they stand between Variants.
 Decoded decode_i16(std::string_view bytes, std::size_t& position, std::int16_t& value);
 void encode_i16(std::int16_t value, std::string& bytes);
+Decoded decode_i32(std::string_view bytes, std::size_t& position, std::int32_t& value);
+void encode_i32(std::int32_t value, std::string& bytes);
+Decoded decode_f64(std::string_view bytes, std::size_t& position, double& value);
+void encode_f64(double value, std::string& bytes);
 
 } // namespace velorn

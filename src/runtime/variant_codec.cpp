@@ -109,17 +109,42 @@ void encode(const Variant& value, std::string& bytes) {
     });
 }
 
-Decoded decode_i16(std::string_view bytes, std::size_t& position, std::int16_t& value) {
+namespace {
+
+// A cut number stays as it was.
+template <class Number>
+Decoded decode_number(std::string_view bytes, std::size_t& position, Number& value) {
     const std::string_view rest = bytes.substr(std::min(position, bytes.size()));
-    if (rest.size() < 2) {
+    if (rest.size() < sizeof value) {
         position = bytes.size();
         return Decoded::cut;
     }
-    value = get<std::int16_t>(rest);
-    position += 2;
+    value = get<Number>(rest);
+    position += sizeof value;
     return Decoded::complete;
 }
 
+} // namespace
+
+Decoded decode_i16(std::string_view bytes, std::size_t& position, std::int16_t& value) {
+    return decode_number(bytes, position, value);
+}
+
 void encode_i16(std::int16_t value, std::string& bytes) { put(value, bytes); }
+
+Decoded decode_i32(std::string_view bytes, std::size_t& position, std::int32_t& value) {
+    return decode_number(bytes, position, value);
+}
+
+void encode_i32(std::int32_t value, std::string& bytes) { put(value, bytes); }
+
+Decoded decode_f64(std::string_view bytes, std::size_t& position, double& value) {
+    auto bits = std::bit_cast<std::int64_t>(value);
+    const Decoded decoded = decode_number(bytes, position, bits);
+    value = std::bit_cast<double>(bits);
+    return decoded;
+}
+
+void encode_f64(double value, std::string& bytes) { put(std::bit_cast<std::uint64_t>(value), bytes); }
 
 } // namespace velorn

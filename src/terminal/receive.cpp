@@ -191,7 +191,7 @@ void Receive::banner(SearchWindow& ziel, Keyword keyword, std::size_t name_at, s
 void Receive::name_prompt(SearchWindow& ziel, Keyword keyword, std::size_t length_above) {
     const std::size_t p = ziel.find(keyword);
     if (p < 1 || ziel.length() <= p + length_above) return;
-    output_.sendetext(settings_.anrufer.text());
+    output_.sendetext(module1_.txtanrufer);
     ziel.clear();
     frmTerminal_.tastenrest = 6;
 }

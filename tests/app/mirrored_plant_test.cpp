@@ -25,7 +25,7 @@ struct MirroredPlant : testing::Test {
         p.serial.on_write = [this](std::string_view bytes) {
             p.loop.post([this, text = std::string(bytes)] { controller.receive(text); });
         };
-        p.settings.anrufer = "Techniker";
+        p.module1.txtanrufer = "Techniker";
         p.settings.fbautostart = std::int16_t{0};
     }
     void starts() {

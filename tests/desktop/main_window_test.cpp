@@ -255,7 +255,7 @@ TEST_F(WindowTest, theFunctionKeysWindowClosedByItsCrossChangesNothing) {
 }
 
 TEST_F(WindowTest, closingItSavesAndEndsTheProgram) {
-    program.settings.anrufer = "Weber";
+    program.module1.txtanrufer = "Weber";
     window.close();
     EXPECT_FALSE(eventually([] { return false; })); // the end of the program ends this wait
     EXPECT_TRUE(loop.ended());

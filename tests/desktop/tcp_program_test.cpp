@@ -41,7 +41,7 @@ struct OverTcp : testing::Test {
 
     OverTcp() {
         program.start.Form_Load();
-        program.settings.lanaktiv = std::int16_t{0};
+        program.module1.telnet = false;
         server.listen(QHostAddress::LocalHost);
         QObject::connect(&server, &QTcpServer::newConnection, [this] {
             partner = server.nextPendingConnection();

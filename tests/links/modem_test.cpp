@@ -19,7 +19,7 @@ struct ModemTest : TestProgram {
 
     ModemTest() {
         start();
-        settings.modeminit = "e1";
+        module1.txtmodinit = "e1";
         frmTerminal.txtterm.set_Text({});
         program.events.protocol_mark.connect([this](std::string_view mark) { marks.emplace_back(mark); });
     }
@@ -314,7 +314,7 @@ TEST(EndOfRemoteControl, asksWhetherTheConnectionIsToBeClosed) {
 TEST(EndOfRemoteControl, closesByItselfAndTellsOfTheGateway) {
     ModemTest p;
     p.settings.fbautostart = std::int16_t{1};
-    p.settings.lanaktiv = std::int16_t{1};
+    p.module1.telnet = true;
     p.module1.tcpoffen = true;
     p.frmTerminal.Timer3.Enabled = true;
     p.loop.pass(3000);

@@ -41,7 +41,7 @@ struct ReceiveRig {
     static constexpr const char* collection_log = "c:\\abholung.log";
 
     ReceiveRig() {
-        settings.anrufer = "Benutzer";
+        module1.txtanrufer = "Benutzer";
         settings.autoholpfad = collection_log;
         (void)MSComm1.set_InputLen(0);
         (void)MSComm1.set_PortOpen(true);
