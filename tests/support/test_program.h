@@ -22,8 +22,8 @@ struct TestProgram {
     FakePrinter printer;
     FakeProcesses processes;
     FakeVisualisation visualisation;
-    Program program{
-        World{loop, files, dialogs, serial, tcp, printer, processes, visualisation, folder, {1366, 768}}};
+    Program program{World{loop, files, dialogs, serial, tcp, printer, processes, visualisation, folder,
+                          ScreenSize{1366, 768}, Gateway{"gateway", 23, 24}}};
 
     static constexpr const char* folder = "c:\\velorn";
 
