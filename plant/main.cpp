@@ -1,8 +1,10 @@
 // velorn-plant: serves simulated controllers and modems on pseudo terminals and TCP ports.
 
+#include "plant/demo_book.h"
 #include "plant/options.h"
 #include "plant/plant.h"
 #include "plant/poll_event_loop.h"
+#include "runtime/text.h"
 
 #include <csignal>
 #include <cstdio>
@@ -50,8 +52,21 @@ class Signals {
     int descriptor_ = -1;
 };
 
+bool write_book(const EventLoop& loop, const Options& options) {
+    const BookOrder order{*options.phone_book, options.protocols, options.visualisation};
+    const auto written = write_phone_book(demo_directory(), order, loop.local_time());
+    if (!written) {
+        print(stderr, "velorn-plant: " + utf8_from_cp1252(written.failure().text) + "\n");
+        return false;
+    }
+    for (const std::string& path : *written) print(stdout, "geschrieben: " + path + "\n");
+    return true;
+}
+
 int serve(const Options& options) {
     PollEventLoop loop;
+    if (options.phone_book && !write_book(loop, options)) return 1;
+    if (!options.serves()) return 0;
     const Signals signals(loop);
     Plant plant(loop, options);
     plant.announce = [](const std::string& line) { print(stdout, line + "\n"); };

@@ -1,7 +1,9 @@
 #include "plant/options.h"
 
+#include "plant/demo_book.h"
 #include "plant/directory.h"
 #include "plant/wording.h"
+#include "runtime/text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -78,6 +80,24 @@ bool take_gateway(Options& options, std::string_view text) {
     return place.has_value();
 }
 
+bool take_phone_book(Options& options, std::string_view text) {
+    options.phone_book = text;
+    return !text.empty();
+}
+
+bool take_protocols(Options& options, std::string_view text) {
+    options.protocols = text;
+    return !text.empty();
+}
+
+// The phone book shows a visualisation where the path holds ".exe", and it is kept in cp1252.
+bool take_visualisation(Options& options, std::string_view text) {
+    const auto stored = cp1252_from_utf8(text);
+    if (!stored || !contains_ignoring_case(*stored, ".exe")) return false;
+    options.visualisation = *stored;
+    return true;
+}
+
 constexpr std::string_view a_probability = "eine Wahrscheinlichkeit von 0 bis 1";
 constexpr std::string_view milliseconds = "Millisekunden von 0 bis 86400000";
 constexpr std::string_view bytes = "eine Anzahl Bytes";
@@ -93,6 +113,9 @@ constexpr ValueOption value_options[] = {
     {"--silent-after", bytes, take_bytes<&Faults::silent_after>},
     {"--silent-for", milliseconds, take_number<&Faults::silent_for_ms, longest_ms>},
     {"--hangup-after", bytes, take_bytes<&Faults::hang_up_after>},
+    {"--telefonbuch", "eine Datei", take_phone_book},
+    {"--protokolle", "einen Ordner", take_protocols},
+    {"--visualisierung", "einen Pfad mit .exe", take_visualisation},
     {"--seed", "eine ganze Zahl ab 0", take_seed},
     {"--source", bytes, take_source},
 };
@@ -148,9 +171,10 @@ std::variant<Options, std::string> options_from(std::span<const std::string_view
         }
     }
     if (options.help) return options;
-    const bool reachable = !options.pseudo_terminals.empty() || !options.modems.empty() ||
-                           !options.tcp.empty() || !options.gateways.empty() || options.demo;
-    if (!reachable) {
+    if (!options.phone_book && (!options.protocols.empty() || !options.visualisation.empty())) {
+        return "--protokolle und --visualisierung brauchen --telefonbuch.";
+    }
+    if (!options.serves() && !options.phone_book) {
         return "Niemand erreicht die Anlage: es fehlt --pty, --tcp, --modem, --gateway oder --demo.";
     }
     if (options.source && options.pseudo_terminals.empty()) return "--source braucht --pty.";
@@ -203,6 +227,14 @@ Was gesendet wird:
   --seed N           Keim für Messwerte und Störungen (sonst 1); gleicher Keim, gleicher Ablauf.
                      Jede weitere Steuerung hat einen um 1 höheren.
 
+Das Telefonbuch zu diesen Anlagen:
+  --telefonbuch DATEI      die Anlagen unten als Telefonbuch des Servicerechners schreiben (telefon.par);
+                           ohne einen Platz ist das alles. Eine Datei, in der schon etwas steht, bleibt.
+  --protokolle ORDNER      dazu für jede Anlage eine Protokolldatei; der Ordner ist der, den der
+                           Servicerechner @PROTOCOLS@ nennt
+  --visualisierung PFAD    Visualisierung der Anlage @PICTURED@, ein Programm mit .exe
+                           im Namen; der Pfad, wie ihn der Servicerechner nennt
+
 Störungen jeder Leitung, in beiden Richtungen:
   --drop W           Bytes verschlucken, mit der Wahrscheinlichkeit W je Byte (0 bis 1)
   --repeat W         Bytes doppelt liefern
@@ -225,6 +257,7 @@ Beispiele:
   velorn-plant --pty anlage1 --slow 960 --drop 0,01 --garble 0,001 --seed 7
   velorn-plant --tcp 127.0.0.1:2323,login=service:bhkw --tcp 127.0.0.1:2324,flood=100M
   velorn-plant --gateway 127.0.0.1:2023,2024,modem1=refuse
+  velorn-plant --telefonbuch telefon.par --protokolle laufwerke/c/protokolle
 
 Strg+C beendet das Programm. Rückgabe: 0 ordentliches Ende, 1 nichts davon ist verfügbar oder ein
 Pseudo-Terminal nicht, 2 falscher Aufruf.
@@ -233,6 +266,9 @@ Pseudo-Terminal nicht, 2 falscher Aufruf.
         text.replace(text.find(mark), mark.size(), what);
     };
     put("@GATEWAY@", demo_gateway_address);
+    put("@PROTOCOLS@", protocol_folder);
+    const Directory directory = demo_directory();
+    put("@PICTURED@", directory.sites()[pictured_site].name);
     put("@SITES@", site_lines());
     return text;
 }

@@ -21,7 +21,15 @@ struct Options {
     std::vector<GatewayPlace> gateways;
     bool demo = false; // all sites of the demo and its gateway
     Faults faults;
-    std::optional<std::uint64_t> source; // bytes that pseudo terminals send instead of playing a controller
+    // Whether anything is to be served, beyond writing a phone book.
+    bool serves() const {
+        return demo || !pseudo_terminals.empty() || !modems.empty() || !tcp.empty() || !gateways.empty();
+    }
+
+    std::optional<std::uint64_t> source;   // bytes that pseudo terminals send instead of playing a controller
+    std::optional<std::string> phone_book; // the file to be written
+    std::string protocols;                 // the folder for the sites' protocol files, empty: none
+    std::string visualisation;             // stored path, cp1252
     bool log = false;
     bool help = false;
 };

@@ -117,12 +117,31 @@ TEST(PlantOptions, sayInGermanWhatIsWrong) {
     EXPECT_NE(mistake({"--pty", "--slow", "99999999999999999999"}), "");
 }
 
+TEST(PlantOptions, takeAPhoneBookWithOrWithoutAPlant) {
+    const Options book =
+        good({"--telefonbuch", "telefon.par", "--protokolle", "p", "--visualisierung", "c:\\Köln\\BILD.EXE"});
+    EXPECT_EQ(book.phone_book, "telefon.par");
+    EXPECT_EQ(book.protocols, "p");
+    EXPECT_EQ(book.visualisation, "c:\\K\xF6ln\\BILD.EXE");
+    EXPECT_FALSE(book.serves());
+    EXPECT_TRUE(good({"--telefonbuch", "telefon.par", "--demo"}).serves());
+}
+
+TEST(PlantOptions, refuseWhatAPhoneBookCannotKeep) {
+    EXPECT_NE(mistake({"--telefonbuch", ""}), "");
+    EXPECT_NE(mistake({"--telefonbuch", "a", "--visualisierung", "c:\\bild.bat"}), "");
+    EXPECT_NE(mistake({"--telefonbuch", "a", "--visualisierung", "c:\\日\\bild.exe"}), "");
+    EXPECT_EQ(mistake({"--demo", "--protokolle", "p"}),
+              "--protokolle und --visualisierung brauchen --telefonbuch.");
+}
+
 TEST(PlantOptions, helpNamesEveryOption) {
     for (const char* name :
-         {"--pty",          "--modem",      "--tcp",          "--gateway", "--demo",   "login=",    "reset",
-          "half-close",     "flood=",       "dribble=",       "silent",    "refuse",   "no-answer", "modem1=",
-          "--source",       "--seed",       "--drop",         "--repeat",  "--garble", "--delay",   "--slow",
-          "--silent-after", "--silent-for", "--hangup-after", "--log",     "--help"}) {
+         {"--pty",     "--modem",    "--tcp",         "--gateway",      "--demo",          "login=",
+          "reset",     "half-close", "flood=",        "dribble=",       "silent",          "refuse",
+          "no-answer", "modem1=",    "--source",      "--seed",         "--drop",          "--repeat",
+          "--garble",  "--delay",    "--slow",        "--silent-after", "--silent-for",    "--hangup-after",
+          "--log",     "--help",     "--telefonbuch", "--protokolle",   "--visualisierung"}) {
         EXPECT_NE(help_text().find(name), std::string_view::npos) << name;
     }
     EXPECT_TRUE(good({"--help"}).help);

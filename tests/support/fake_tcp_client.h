@@ -4,6 +4,7 @@
 #include "runtime/event_loop.h"
 #include "runtime/outside.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,6 +35,14 @@ class FakeTcpClient : public TcpClient {
             if (failed) failed(number, text);
         });
     }
+    // What arrived goes with its connection.
+    void drop() { received_.clear(); }
+    // The far end says no more.
+    void ends() { current = TcpState::closing; }
+    // The far end hears what is done here.
+    std::function<void()> on_connect;
+    std::function<void()> on_close;
+    std::function<void(std::string_view)> on_write;
     int connects = 0; // how often a connection was asked for
     int closes = 0;
     TcpState current = TcpState::closed;
@@ -45,13 +54,18 @@ class FakeTcpClient : public TcpClient {
         port = at;
         current = TcpState::connecting;
         ++connects;
+        if (on_connect) on_connect();
     }
     void close() override {
         current = TcpState::closed;
         ++closes;
+        if (on_close) on_close();
     }
     TcpState state() const override { return current; }
-    void write(std::string_view bytes) override { written_ += bytes; }
+    void write(std::string_view bytes) override {
+        written_ += bytes;
+        if (on_write) on_write(bytes);
+    }
     std::string take(std::size_t most) override {
         std::string bytes = received_.substr(0, most);
         received_.erase(0, bytes.size());
