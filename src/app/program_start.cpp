@@ -39,6 +39,7 @@ void ProgramStart::Form_Load() {
     while (!load_settings_once()) {
         if (world_.loop.ended()) return;
     }
+    settings_files_.end_start();
     fill_boxes(module1_, settings_);
     frmTerminal_.schirm.blank();
     frmTerminal_.zeile = 1;

@@ -139,12 +139,20 @@ void SettingsFiles::begin_start() {
 Result<SettingsFiles::Pass> SettingsFiles::read(const Effects& effects) {
     if (Result<Pass> einst = read_einst(effects); !einst || *einst == Pass::rewritten) return einst;
     if (const Outcome rest = read_rest(); !rest) return rest.failure();
-    if (settings_.lanport < Variant(std::int16_t{1})) {
-        settings_.lanport = "23";
-        save_during_start();
-    }
-    starting_ = false;
+    give_port_its_default();
     return Pass::complete;
+}
+
+void SettingsFiles::end_start() {
+    rest_is_read_ = true; // as far as it can be
+    give_port_its_default();
+    starting_ = false;
+}
+
+void SettingsFiles::give_port_its_default() {
+    if (!(settings_.lanport < Variant(std::int16_t{1}))) return;
+    settings_.lanport = "23";
+    save_during_start();
 }
 
 Result<SettingsFiles::Pass> SettingsFiles::read_einst(const Effects& effects) {

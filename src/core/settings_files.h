@@ -39,6 +39,8 @@ class SettingsFiles {
 
     // A new start: what an earlier one remembered of failures is forgotten.
     void begin_start();
+    // The start is over, however its reading went: failures to save are told again, each time.
+    void end_start();
 
     // One pass over the three files, creating missing ones empty.
     Result<Pass> read(const Effects& effects);
@@ -52,6 +54,7 @@ class SettingsFiles {
 
   private:
     Result<Pass> read_einst(const Effects& effects);
+    void give_port_its_default();
     Outcome read_rest();
     void save_during_start();
     Outcome save();

@@ -139,6 +139,20 @@ TEST(AutomaticRemoteControl, isCheckedAboveZero) {
     }
 }
 
+TEST(AfterAStartThatCouldNotReadAFile, savingIsToldEachTimeAndThePortHasItsDefault) {
+    TestProgram p;
+    const std::string damaged = "c:\\velorn\\datpfad.par";
+    p.files.set_content(damaged, "\x63\x63\x63\x63");
+    p.files.make_read_only(damaged);
+    p.dialogs.expect("Zugriff verweigert", 48, Answer::ok);
+    p.start();
+    EXPECT_EQ(p.module1.mdexport, "23");
+    for (int i = 0; i < 2; ++i) {
+        p.dialogs.expect("Zugriff verweigert", 48, Answer::ok);
+        p.program.settings_files.saveeinst();
+    }
+}
+
 TEST(AfterTheStart, theStateIsAsTold) {
     TestProgram p;
     p.program.start.Form_Load();
