@@ -111,9 +111,9 @@ void PhonebookFiles::read_dispaufnahmen() {
 void PhonebookFiles::save_telefonbuch() {
     const std::string path = settings_.telefonpfad.text();
     if (path == not_understood_) {
-        if (const Result<std::string> old = read_whole(files_, path); old && !old->empty()) {
-            if (const Outcome kept = replace_content(files_, path + ".alt", *old); !kept) return;
-        }
+        const Result<std::string> old = read_whole(files_, path);
+        if (!old && !old.failure().is(RunTimeError::file_not_found)) return;
+        if (old && !old->empty() && !replace_content(files_, path + ".alt", *old)) return;
     }
     if (replace_content(files_, path, encode_telefonbuch(book_))) not_understood_.clear();
 }

@@ -78,10 +78,8 @@ PhonebookLines::PhonebookLines(const EventLoop& loop, Files& files, Dialogs& dia
                 select(row);
                 for (TextBox* each : {&line(row).nam1, &line(row).num1, &line(row).txtversch})
                     each->BackColor = colour::cyan;
-                if (box == &line(row).txtversch && frmtelefon_.spaltengruppe > 1) {
-                    for (PhoneLine& other : frmtelefon_.zeilen)
-                        other.Comausw.Visible = &other.txtversch == box;
-                }
+                if (box == &line(row).txtversch && frmtelefon_.spaltengruppe > 1)
+                    line(row).Comausw.Visible = true;
             };
         }
         one.Picture1.Click = [this, row] {
@@ -99,7 +97,7 @@ PhonebookLines::PhonebookLines(const EventLoop& loop, Files& files, Dialogs& dia
         one.viertthumb.MouseDown = [this, row](int button) { viertthumb_MouseDown(row, button); };
     }
     frmtelefon_.optuebertrag.Click = [this](int index) {
-        if (module1_.telindex < 0) return;
+        if (showing_flag_ || module1_.telindex < 0) return;
         book_[module1_.telindex].autoflag = index == 0 ? Telefonbuch::collected : std::int16_t{0};
     };
     frmtelefon_.closedathol.Click = [this] {
@@ -268,7 +266,9 @@ void PhonebookLines::viertthumb_MouseDown(int row, int button) {
     const bool collected = entry.autoflag == Telefonbuch::collected;
     if (button == left_button) {
         frmtelefon_.picdownload.Visible = true;
+        showing_flag_ = true;
         frmtelefon_.optuebertrag.select(collected ? 0 : 1);
+        showing_flag_ = false;
     } else {
         entry.autoflag = collected ? std::int16_t{0} : Telefonbuch::collected;
         refresh();

@@ -62,6 +62,7 @@ class PhonebookLines {
     Settings& settings_;
     Telefonbuch& book_;
     FrmTelefon& frmtelefon_;
+    bool showing_flag_ = false; // the panel is being filled: nobody has chosen anything
 };
 
 } // namespace velorn
