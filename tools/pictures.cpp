@@ -4,6 +4,7 @@
 #include "app/program.h"
 #include "desktop/frm_properties_view.h"
 #include "desktop/frmftast_view.h"
+#include "desktop/frmtelefon_view.h"
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
 #include "desktop/qt_event_loop.h"
@@ -12,6 +13,7 @@
 #include "desktop/terminal_view.h"
 #include "plant/controller.h"
 #include "runtime/disk_files.h"
+#include "runtime/text.h"
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
@@ -22,6 +24,50 @@
 #include <QTemporaryDir>
 
 using namespace velorn;
+
+namespace {
+
+struct Site {
+    std::string_view name, nummer, bemerkung;
+    bool visualisation, archive, automatic;
+};
+
+// Over the PC's modem, over the gateway's modems, and directly.
+constexpr Site sites[] = {
+    {"Heizkraftwerk Süd"_w, "0,05550123457", "19200, Anlage im Keller links"_w, true, true, true},
+    {"Hallenbad Mühlau"_w, "10.20.4.17", "port 1100", true, true, true},
+    {"Grundschule Böckweg"_w, "05550123460", "9600", false, true, false},
+    {"Fernwärme Übergabe Nord"_w, "uebergabe-nord.example", "port23", true, true, true},
+    {"Rathaus", "05550123462", "Schlüssel beim Hausmeister"_w, false, false, false},
+    {"Altenheim St. Josef", "05550123463", "2400 4800", false, true, false},
+    {"Blockheizkraftwerk Gießhübel"_w, "10.20.4.31", "port 2001", true, false, false},
+    {"Freibad Aßling"_w, "05550123465", "nur im Sommer", false, false, false},
+    {"Feuerwache 2", "0,05550123466", "Gateway, 1200", false, true, true},
+    {"Gärtnerei Lößnitz"_w, "05550123467", "Kessel 3 außer Betrieb"_w, true, false, false},
+    {"Kläranlage"_w, "10.20.4.40", "port 10100", true, true, false},
+    {"Krankenhaus Öhringer Straße"_w, "05550123469", "Bereitschaft anrufen", true, true, true},
+};
+
+// Behind the sample that the first start puts in front.
+void write_sites(Program& program, const std::string& folder) {
+    constexpr std::int64_t archive_length = 1'000'000;
+    constexpr std::string_view rest = "0";
+    int index = 1;
+    for (const Site& site : sites) {
+        PhoneEntry& entry = program.telefonbuch[index++];
+        entry.name = std::string(site.name);
+        entry.nummer = std::string(site.nummer);
+        entry.bemerkung = std::string(site.bemerkung);
+        if (site.visualisation) entry.visdatei = folder + "\\vis.exe";
+        if (site.archive) entry.viertdatei = folder + "\\archiv.dat";
+        if (site.automatic) entry.autoflag = Telefonbuch::collected;
+    }
+    program.phonebook_files.save_telefonbuch();
+    if (const auto file = program.world.files.open(folder + "\\archiv.dat", OpenMode::read_write))
+        (void)(*file)->write(archive_length, rest);
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     if (argc < 2) return 2;
@@ -62,6 +108,9 @@ int main(int argc, char** argv) {
         program.frmftast, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     FrmPropertiesView frmProperties(
         program.frmProperties, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+    FrmtelefonView frmtelefon(
+        program.frmtelefon, program.module1,
+        [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     const auto pass = [&](int ms) {
         const std::int64_t until = loop.now_ms() + ms;
         loop.post_at(until, [] {});
@@ -111,6 +160,20 @@ int main(int argc, char** argv) {
         program.frmProperties.cmdCancel_Click();
     });
     press(program.frmTerminal.mnuProperties);
+
+    write_sites(program, folder.path().toStdString());
+    loop.post_at(loop.now_ms() + 500, [&] {
+        FrmTelefon& f = program.frmtelefon;
+        frmtelefon.resize(1100, 650);
+        frmtelefon.findChild<QWidget*>(QStringLiteral("Picture1_2"))->setFocus();
+        f.zeilen[2].Picture1.Click();
+        take(frmtelefon, QStringLiteral("telefonbuch"));
+        f.comautohol.Click();
+        take(frmtelefon, QStringLiteral("telefonbuch-abholung"));
+        f.abbruch.Click();
+        f.cmdCancel.Click();
+    });
+    press(program.frmTerminal.mnutelefonbuch);
 
     // ---- the mirrored display, whose colours are its own in either palette ----
     if (argc > 2) {

@@ -2,6 +2,7 @@
 #include "desktop/frm_properties_view.h"
 #include "desktop/frmedit_view.h"
 #include "desktop/frmftast_view.h"
+#include "desktop/frmtelefon_view.h"
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
 #include "desktop/qt_event_loop.h"
@@ -86,6 +87,7 @@ int main(int argc, char** argv) {
     FrmftastView frmftast(program.frmftast, later, &window);
     FrmPropertiesView frmProperties(program.frmProperties, later, &window);
     FrmeditView frmedit(program.frmedit, later, &window);
+    FrmtelefonView frmtelefon(program.frmtelefon, program.module1, later, &window);
     program.start.Form_Load();
     loop.run();
     return 0;
