@@ -78,7 +78,7 @@ PhoneLinesView::PhoneLinesView(FrmTelefon& frmtelefon, const Module1& module1, C
     auto* above = new QHBoxLayout;
     above->setSpacing(space::small);
     above->addLayout(heads, 1);
-    above->addSpacing(bar_width);
+    above->addSpacing(space::small + bar_width);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

@@ -175,6 +175,16 @@ TEST_F(PhonebookView, opensOverTheMainWindowWithTheBooksFirstLines) {
     EXPECT_EQ(find<QLabel>("Label5")->text(), QStringLiteral("   Bemerkungen"));
 }
 
+TEST_F(PhonebookView, theHeadsStandAboveTheirColumns) {
+    for (const QSize size : {QSize(1366, 720), view.minimumSizeHint()}) {
+        view.resize(size);
+        settle();
+        EXPECT_EQ(find("Label5")->mapTo(&view, QPoint()).x(),
+                  edit("txtversch_0")->mapTo(&view, QPoint()).x());
+        EXPECT_EQ(find("Label5")->width(), edit("txtversch_9")->width());
+    }
+}
+
 TEST_F(PhonebookView, theFocusStartsOnALineAndSelectsNothing) {
     EXPECT_EQ(focus(), QStringLiteral("Picture1_0"));
     EXPECT_EQ(selected(), -1);

@@ -137,7 +137,15 @@ TEST_F(WindowTest, theMirroredDisplayPassesKeysOnToo) {
 }
 
 TEST_F(WindowTest, commandsThatNothingServesAreGreyedWhateverTheirEnabled) {
-    EXPECT_TRUE(program.frmTerminal.mnutelefonbuch.Enabled);
+    for (const auto& served : {action("mnutelefonbuch"), action("DialPhoneNumber")})
+        EXPECT_TRUE(served->isEnabled());
+    MenuItem& item = program.frmTerminal.mnutelefonbuch;
+    ToolButton& button = program.frmTerminal.tbrToolBar("DialPhoneNumber");
+    item.Click = nullptr;
+    item.changed();
+    button.Click = nullptr;
+    button.changed();
+    EXPECT_TRUE(item.Enabled);
     EXPECT_FALSE(action("mnutelefonbuch")->isEnabled());
     EXPECT_FALSE(action("DialPhoneNumber")->isEnabled());
     EXPECT_TRUE(action("mnuOpen")->isEnabled());
@@ -255,7 +263,7 @@ TEST_F(WindowTest, theFunctionKeysWindowClosedByItsCrossChangesNothing) {
 }
 
 TEST_F(WindowTest, closingItSavesAndEndsTheProgram) {
-    program.module1.txtanrufer = "Weber";
+    program.settings.anrufer = "Weber";
     window.close();
     EXPECT_FALSE(eventually([] { return false; })); // the end of the program ends this wait
     EXPECT_TRUE(loop.ended());
