@@ -258,6 +258,9 @@ void MainWindow::build_display(QSplitter& middle) {
         const bool mirrored = f.Picture1.Visible;
         const bool week = mirrored && f.picabs.Visible;
         terminal_->setVisible(f.txtterm.Visible || !mirrored);
+        // A hidden display would leave the keyboard to whatever comes next.
+        const QWidget* const holder = focusWidget();
+        if (!mirrored && (holder == picture || holder == &calendar->picture())) terminal_->setFocus();
         picture->setVisible(mirrored && !week);
         calendar->setVisible(week);
         if (week) {

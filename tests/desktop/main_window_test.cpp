@@ -136,6 +136,15 @@ TEST_F(WindowTest, theMirroredDisplayPassesKeysOnToo) {
     EXPECT_TRUE(window.terminal().isVisible());
 }
 
+TEST_F(WindowTest, theKeyboardIsTheTerminalsAgainAfterTheMirroredDisplay) {
+    program.frmTerminal.tbrToolBar("bildumschalt").Click();
+    pass(100);
+    EXPECT_EQ(window.focusWidget(), window.findChild<QWidget*>(QStringLiteral("Picture1")));
+    program.frmTerminal.tbrToolBar("bildumschalt").Click();
+    pass(100);
+    EXPECT_EQ(window.focusWidget(), &window.terminal());
+}
+
 TEST_F(WindowTest, commandsThatNothingServesAreGreyedWhateverTheirEnabled) {
     for (const auto& served : {action("mnutelefonbuch"), action("DialPhoneNumber")})
         EXPECT_TRUE(served->isEnabled());
