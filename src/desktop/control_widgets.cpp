@@ -1,6 +1,7 @@
 #include "desktop/control_widgets.h"
 
 #include "desktop/bind.h"
+#include "desktop/cp1252_validator.h"
 #include "desktop/grounds.h"
 
 #include <QApplication>
@@ -9,18 +10,10 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <QValidator>
 
 namespace velorn {
 
 namespace {
-
-// What cp1252 lacks can't be typed.
-class Cp1252Validator final : public QValidator {
-  public:
-    using QValidator::QValidator;
-    State validate(QString& text, int&) const override { return to_cp1252(text) ? Acceptable : Invalid; }
-};
 
 bool is_line_end(QChar c) { return c == u'\r' || c == u'\n'; }
 

@@ -1,6 +1,7 @@
 #include "desktop/frmftast_view.h"
 
 #include "desktop/bind.h"
+#include "desktop/cp1252_validator.h"
 #include "desktop/style.h"
 
 #include <QCloseEvent>
@@ -10,20 +11,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <QValidator>
 
 namespace velorn {
-
-namespace {
-
-// What cp1252 lacks can't be typed.
-class Cp1252Validator final : public QValidator {
-  public:
-    using QValidator::QValidator;
-    State validate(QString& text, int&) const override { return to_cp1252(text) ? Acceptable : Invalid; }
-};
-
-} // namespace
 
 FrmftastView::FrmftastView(Frmftast& frmftast, std::function<void(std::function<void()>)> later,
                            QWidget* owner)

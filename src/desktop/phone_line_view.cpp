@@ -134,6 +134,10 @@ void PhoneLineView::build(int row) {
     QLabel* nr = widgets_.label(line_.nr, named("nr"), QStringLiteral("%1"), this);
     nr->setAlignment(Qt::AlignCenter);
     nr->setMaximumHeight(largest_box_height);
+    widgets_.show(line_.nr, [this, show = line_.nr.on_change] {
+        show();
+        if (line_.nr.BackColor == colour::red && marked) marked();
+    });
 
     struct BoxRow {
         TextBox& box;

@@ -29,9 +29,11 @@ class PhoneLineView : public QWidget {
     // What has been typed into the boxes can't be undone into another entry.
     void forget_edits();
 
-    // Commands of the keyboard, queued already.
+    // Keys of the line, while it has the focus.
     std::function<void(int keycode)> key;
     std::function<void()> enter;
+    // The line is the selected one now.
+    std::function<void()> marked;
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

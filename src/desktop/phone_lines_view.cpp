@@ -93,18 +93,16 @@ PhoneLinesView::PhoneLinesView(FrmTelefon& frmtelefon, const Module1& module1, C
 void PhoneLinesView::build_line(int row) {
     auto* line = new PhoneLineView(frmtelefon_.zeilen[static_cast<std::size_t>(row)], row, widgets_, this);
     lines_[static_cast<std::size_t>(row)] = line;
-    take_keys(row);
+    wire(row);
 }
 
-void PhoneLinesView::take_keys(int row) {
+void PhoneLinesView::wire(int row) {
     PhoneLineView* line = lines_[static_cast<std::size_t>(row)];
     ClickArea& area = frmtelefon_.zeilen[static_cast<std::size_t>(row)].Picture1;
-    line->key = [this, &area](int keycode) {
-        widgets_.ask([this, &area, keycode] {
-            area.KeyDown(keycode);
-            const bool on_a_line = std::ranges::any_of(lines_, [](auto* each) { return each->hasFocus(); });
-            if (on_a_line && selected_row() >= 0) focus_selected();
-        });
+    line->key = [this, &area](int keycode) { widgets_.ask([&area, keycode] { area.KeyDown(keycode); }); };
+    // From one line to the other, never out of a box or from a button.
+    line->marked = [this, line] {
+        if (std::ranges::find(lines_, window()->focusWidget()) != lines_.end()) line->setFocus();
     };
     // The site whose line has the ring is the one that is dialled.
     line->enter = [this, &area, row] {

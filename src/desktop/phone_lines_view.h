@@ -37,7 +37,7 @@ class PhoneLinesView : public QWidget {
     QWidget* add_neighbour(Label& label, const QString& name, int step);
     void build_line(int row);
     int build_scroll_bar(QHBoxLayout& row); // gives its width
-    void take_keys(int row);
+    void wire(int row);
     // The row of the selection, -1 if it is out of sight.
     int selected_row() const;
 

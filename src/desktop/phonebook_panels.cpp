@@ -157,18 +157,20 @@ QWidget* PhonebookPanels::collection_panel() {
     planned->setFont(bold(planned->font()));
     grid->addWidget(planned, line, 0, 1, 2);
 
-    grid->addWidget(new QLabel(QStringLiteral("Startdatum:"), panel), 0, 3);
-    grid->addLayout(stepper(step(f.comdatminus, "comdatminus", QStringLiteral("Einen Tag früher")),
-                            widgets_.label(f.labstartdat, QStringLiteral("labstartdat"), plain, panel),
-                            QStringLiteral("00.00.0000"),
-                            step(f.comdatplus, "comdatplus", QStringLiteral("Einen Tag später"))),
-                    0, 4);
-    grid->addWidget(new QLabel(QStringLiteral("Startzeit:"), panel), 1, 3);
-    grid->addLayout(stepper(step(f.comuhrminus, "comuhrminus", QStringLiteral("Eine Stunde früher")),
-                            widgets_.label(f.labstartuhr, QStringLiteral("labstartuhr"), plain, panel),
-                            QStringLiteral("00.00.0000"),
-                            step(f.comuhrplus, "comuhrplus", QStringLiteral("Eine Stunde später"))),
-                    1, 4);
+    const auto add_stepper = [&](int row, const QString& what, QPushButton* minus, QPushButton* plus,
+                                 QLabel* value) {
+        grid->addWidget(new QLabel(what, panel), row, 3);
+        grid->addLayout(stepper(minus, value, QStringLiteral("00.00.0000"), plus), row, 4);
+    };
+    // One after the other: the tab key goes in the order of their making.
+    auto* day_before = step(f.comdatminus, "comdatminus", QStringLiteral("Einen Tag früher"));
+    auto* day_after = step(f.comdatplus, "comdatplus", QStringLiteral("Einen Tag später"));
+    auto* hour_before = step(f.comuhrminus, "comuhrminus", QStringLiteral("Eine Stunde früher"));
+    auto* hour_after = step(f.comuhrplus, "comuhrplus", QStringLiteral("Eine Stunde später"));
+    add_stepper(0, QStringLiteral("Startdatum:"), day_before, day_after,
+                widgets_.label(f.labstartdat, QStringLiteral("labstartdat"), plain, panel));
+    add_stepper(1, QStringLiteral("Startzeit:"), hour_before, hour_after,
+                widgets_.label(f.labstartuhr, QStringLiteral("labstartuhr"), plain, panel));
     auto* now = new QHBoxLayout;
     now->setSpacing(space::large);
     now->addWidget(widgets_.label(f.labzustand, QStringLiteral("labzustand"), plain, panel));
