@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -124,6 +125,19 @@ Outcome sync_folder(const std::filesystem::path& folder) {
     return synced ? Outcome{} : Outcome{failure_of(error, folder)};
 }
 
+class DiskLock final : public FileLock {
+  public:
+    DiskLock(int descriptor, std::filesystem::path path) : descriptor_(descriptor), path_(std::move(path)) {}
+    ~DiskLock() override {
+        (void)unlink(path_.c_str());
+        ::close(descriptor_);
+    }
+
+  private:
+    int descriptor_;
+    std::filesystem::path path_;
+};
+
 // The system would take what stands before the zero byte, which is another file.
 bool names_nothing(std::string_view path) { return path.find('\0') != std::string_view::npos; }
 
@@ -184,6 +198,30 @@ Outcome DiskFiles::make_folder(std::string_view path) {
     std::error_code error;
     std::filesystem::create_directories(paths_.native(path), error);
     return error ? Outcome{failure_of(error.value(), paths_.native(path))} : Outcome{};
+}
+
+Result<std::unique_ptr<FileLock>> DiskFiles::lock(std::string_view path) {
+    if (names_nothing(path)) return failure(RunTimeError::path_file_access);
+    const std::filesystem::path native = paths_.native(std::string(path) + ".sperre");
+    for (;;) {
+        const int descriptor =
+            ::open(native.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0644);
+        if (descriptor < 0) return failure_of(errno, native);
+        if (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+            const int error = errno;
+            ::close(descriptor);
+            if (error == EINTR) continue;
+            if (error == EWOULDBLOCK) return failure(RunTimeError::file_already_open);
+            return failure_of(error, native);
+        }
+        // Its last holder may have taken the file away between the two steps.
+        struct stat held {};
+        struct stat there {};
+        const bool same = fstat(descriptor, &held) == 0 && stat(native.c_str(), &there) == 0 &&
+                          held.st_ino == there.st_ino && held.st_dev == there.st_dev;
+        if (same) return std::unique_ptr<FileLock>(std::make_unique<DiskLock>(descriptor, native));
+        ::close(descriptor);
+    }
 }
 
 } // namespace velorn

@@ -20,6 +20,7 @@ class DiskFiles final : public Files {
     Outcome remove(std::string_view path) override;
     Outcome replace(std::string_view from, std::string_view to) override;
     Outcome make_folder(std::string_view path) override;
+    Result<std::unique_ptr<FileLock>> lock(std::string_view path) override;
 
   private:
     const Paths& paths_;

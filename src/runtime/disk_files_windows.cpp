@@ -102,6 +102,15 @@ class DiskFile final : public BinaryFile {
     bool appends_;
 };
 
+class DiskLock final : public FileLock {
+  public:
+    explicit DiskLock(HANDLE handle) : handle_(handle) {}
+    ~DiskLock() override { CloseHandle(handle_); }
+
+  private:
+    HANDLE handle_;
+};
+
 // The system would take what stands before the zero byte, which is another file.
 bool names_nothing(std::string_view path) { return path.find('\0') != std::string_view::npos; }
 
@@ -160,6 +169,20 @@ Outcome DiskFiles::make_folder(std::string_view path) {
     std::error_code error;
     std::filesystem::create_directories(paths_.native(path), error);
     return error ? Outcome{failure_of(static_cast<DWORD>(error.value()))} : Outcome{};
+}
+
+Result<std::unique_ptr<FileLock>> DiskFiles::lock(std::string_view path) {
+    if (names_nothing(path)) return failure(RunTimeError::path_file_access);
+    const std::filesystem::path native = paths_.native(std::string(path) + ".sperre");
+    const HANDLE handle =
+        CreateFileW(native.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
+                    FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (handle != INVALID_HANDLE_VALUE) return std::unique_ptr<FileLock>(std::make_unique<DiskLock>(handle));
+    const DWORD error = GetLastError();
+    // While its holder is closing it, the file is there and refuses everything.
+    if (error == ERROR_SHARING_VIOLATION || error == ERROR_DELETE_PENDING)
+        return failure(RunTimeError::file_already_open);
+    return failure_of(error);
 }
 
 } // namespace velorn

@@ -43,6 +43,15 @@ class BinaryFile {
     virtual Outcome sync() = 0;
 };
 
+// Held until destruction.
+class FileLock {
+  public:
+    virtual ~FileLock() = default;
+    FileLock() = default;
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+};
+
 class Files {
   public:
     virtual ~Files() = default;
@@ -59,6 +68,11 @@ class Files {
 
     // The folder and those above it; fine if it is there already.
     virtual Outcome make_folder(std::string_view path) = 0;
+
+    // Notes that somebody works with the file, in a neighbour "<path>.sperre" that goes when the lock goes or
+    // its program dies. It hinders nobody: error 55 tells that somebody else, here or in another program, holds
+    // it. The file itself need not exist.
+    virtual Result<std::unique_ptr<FileLock>> lock(std::string_view path) = 0;
 };
 
 // What a file may hold to be read as a whole; a larger one gives error 75.

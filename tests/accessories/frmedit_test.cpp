@@ -44,6 +44,9 @@ class LongFiles final : public Files {
     Outcome remove(std::string_view) override { return {}; }
     Outcome replace(std::string_view, std::string_view) override { return {}; }
     Outcome make_folder(std::string_view) override { return {}; }
+    Result<std::unique_ptr<FileLock>> lock(std::string_view) override {
+        return failure(RunTimeError::permission_denied);
+    }
 };
 
 struct Editor : testing::Test {

@@ -96,4 +96,9 @@ Outcome FaultyFiles::make_folder(std::string_view path) {
     return inner_.make_folder(path);
 }
 
+Result<std::unique_ptr<FileLock>> FaultyFiles::lock(std::string_view path) {
+    if (const auto failure = next("lock")) return *failure;
+    return inner_.lock(path);
+}
+
 } // namespace velorn::test

@@ -1,5 +1,5 @@
 // Files on which things go wrong at a chosen moment: every operation on files and on the open files among
-// them (open, length, read, write, sync, replace, remove, make_folder, exists) is counted from 1 on, and from
+// them (open, length, read, write, sync, replace, remove, make_folder, exists, lock) is counted from 1 on, and from
 // a chosen one on each fails, or the process dies there. A test that breaks each step once runs until()
 // nothing broke:
 //
@@ -50,6 +50,7 @@ class FaultyFiles final : public Files {
     Outcome remove(std::string_view path) override;
     Outcome replace(std::string_view from, std::string_view to) override;
     Outcome make_folder(std::string_view path) override;
+    Result<std::unique_ptr<FileLock>> lock(std::string_view path) override;
 
   private:
     class File;

@@ -3,6 +3,7 @@
 
 #include "runtime/files.h"
 #include "runtime/text.h"
+#include "support/memory_locks.h"
 
 #include <map>
 #include <memory>
@@ -18,6 +19,7 @@ class MemoryFiles : public Files {
     Outcome remove(std::string_view path) override;
     Outcome replace(std::string_view from, std::string_view to) override;
     Outcome make_folder(std::string_view) override { return {}; }
+    Result<std::unique_ptr<FileLock>> lock(std::string_view path) override { return locks_.lock(path); }
 
     // Empty for a file that isn't there.
     std::string content(std::string_view path) const;
@@ -33,6 +35,7 @@ class MemoryFiles : public Files {
     std::map<std::string, std::shared_ptr<std::string>> contents_;
     std::map<std::string, int> replacements_;
     std::set<std::string> read_only_;
+    MemoryLocks locks_;
 };
 
 } // namespace velorn::test

@@ -1,0 +1,51 @@
+// What a download has acknowledged to its controller, kept beside the archive as "<path>.tagebuch" until the
+// archive itself is saved: the controller won't send it again, and the archive's file changes only at
+// closing.
+//
+// Each data set is handed to the system as it comes, with a checksum of its own, so that what a kill or a
+// power cut leaves is taken up to the first record that is torn. Layout, little-endian:
+//
+//   "VLNTAGEB", version (u32), spuranz (i32), startjahr (i32), checksum (u64)
+//   records: y, m, d, q, number of values (u8 each and u16), values (f32 each), checksum (u64)
+//
+// A record's checksum goes over its place in the file as well, so what is left of an older record behind a
+// newer one is not taken for one of today's.
+#pragma once
+
+#include "archive/archive.h"
+#include "runtime/files.h"
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace velorn {
+
+class DownloadDiary {
+  public:
+    explicit DownloadDiary(Files& files) : files_(files) {}
+
+    // Goes on behind the data sets that an earlier download of this archive has left; anything else that lies
+    // there is overwritten.
+    Outcome begin(const Archive& archive);
+
+    // The values of tracks 1, 2, ... of a quarter-hour, within the ranges of the archive. Nothing happens,
+    // and nothing fails, where no diary was begun.
+    Outcome add(int y, int m, int d, int q, std::span<const float> values);
+
+    // Deletes the diary of the archive that was last begun or taken over: it is saved, or is not to be.
+    Outcome drop();
+
+    // Puts the data sets that a diary beside this archive holds into it and gives their number. The diary
+    // stays until drop(), which is due when the next save has succeeded.
+    int take_over(Archive& archive);
+
+  private:
+    Files& files_;
+    std::string path_;
+    std::unique_ptr<BinaryFile> file_;
+    std::int64_t end_ = 0; // bytes
+};
+
+} // namespace velorn
