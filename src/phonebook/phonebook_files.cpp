@@ -1,10 +1,15 @@
 #include "phonebook/phonebook_files.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 
 namespace velorn {
 
 namespace {
+
+constexpr std::array<char, 18> zeros{};
+constexpr std::string_view nine_empty{zeros.data(), zeros.size()};
 
 // Takes value after value; after the first that can't be taken none is any more.
 class Reader {
@@ -12,10 +17,18 @@ class Reader {
     explicit Reader(std::string_view bytes) : bytes_(bytes) {}
 
     void operator()(Variant& value) {
-        if (end_) return;
-        Variant next;
-        take(decode(bytes_, position_, next));
-        if (!end_) value = std::move(next);
+        if (!end_) take(decode_over(bytes_, position_, value));
+    }
+    // Mostly nothing but Empty values, which are nothing but zeros.
+    void operator()(std::array<Variant, 9>& values) {
+        if (!end_ && bytes_.substr(position_).starts_with(nine_empty)) {
+            position_ += nine_empty.size();
+            for (Variant& value : values) {
+                if (!value.empty()) value = Variant();
+            }
+            return;
+        }
+        for (Variant& value : values) (*this)(value);
     }
     void operator()(std::int16_t& value) {
         if (!end_) take(decode_i16(bytes_, position_, value));
@@ -42,6 +55,12 @@ struct Writer {
     std::string& bytes;
 
     void operator()(const Variant& value) const { encode(value, bytes); }
+    void operator()(const std::array<Variant, 9>& values) const {
+        if (std::ranges::all_of(values, &Variant::empty))
+            bytes += nine_empty;
+        else
+            for (const Variant& value : values) encode(value, bytes);
+    }
     void operator()(std::int16_t value) const { encode_i16(value, bytes); }
     void operator()(std::int32_t value) const { encode_i32(value, bytes); }
     void operator()(double value) const { encode_f64(value, bytes); }
@@ -70,7 +89,7 @@ void all_fields(Book& book, Each&& each) {
         common_fields(entry, each);
         each(entry.viertdatei);
         each(entry.aufnahme);
-        for (auto& value : entry.reserviert1_9) each(value);
+        each(entry.reserviert1_9);
     }
 }
 
@@ -88,7 +107,7 @@ bool decode_telefonbuch(std::string_view bytes, Telefonbuch& book) {
 }
 
 std::string encode_telefonbuch(const Telefonbuch& book) {
-    constexpr std::size_t usual_size = 512 * 1024;
+    constexpr std::size_t usual_size = 1024 * 1024; // of a full book
     std::string bytes;
     bytes.reserve(usual_size);
     all_fields(book, Writer{bytes});

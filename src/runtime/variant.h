@@ -66,7 +66,7 @@ class Variant {
     Variant(bool v) : value_(v) {}
 
     Tag tag() const;
-    bool empty() const { return tag() == Tag::empty; }
+    bool empty() const { return std::holds_alternative<std::monostate>(value_); }
 
     // The number that comparisons and arithmetic take. Never fails; texts that spell no number give 0, and so
     // does a NaN, which only a damaged file holds.
@@ -82,6 +82,14 @@ class Variant {
     // The value as text, cp1252, German: decimal comma, dd.mm.yyyy hh:mm:ss, "Wahr" and "Falsch"; Empty and
     // Null give an empty text.
     std::string text() const;
+
+    // Takes a text; one that is held already lends its memory.
+    void set_text(std::string_view text) {
+        if (auto* const held = std::get_if<std::string>(&value_))
+            held->assign(text);
+        else
+            value_.emplace<std::string>(text);
+    }
 
     // Calls `visitor` with the value as it is held: std::monostate for Empty, Null, a number, a text, ...
     template <class Visitor>
@@ -121,6 +129,9 @@ enum class Decoded {
 // Reads the value that begins at bytes[position] into `value` and moves position behind it. When cut, value
 // is Empty and position stands at the end; with an unknown tag neither changes.
 Decoded decode(std::string_view bytes, std::size_t& position, Variant& value);
+
+// The same, but a cut value keeps what it held.
+Decoded decode_over(std::string_view bytes, std::size_t& position, Variant& value);
 
 // Appends the value's bytes. A text longer than 65535 bytes is cut there, the most that its length field
 // holds.

@@ -11,11 +11,10 @@ namespace {
 template <class Number>
 void put(Number number, std::string& bytes) {
     using Bits = std::make_unsigned_t<Number>;
-    auto bits = static_cast<Bits>(number);
-    for (std::size_t i = 0; i < sizeof bits; ++i) {
-        bytes += static_cast<char>(bits & 0xFFU);
-        if constexpr (sizeof bits > 1) bits = static_cast<Bits>(bits >> 8U);
-    }
+    const auto bits = static_cast<Bits>(number);
+    char little[sizeof bits];
+    for (std::size_t i = 0; i < sizeof bits; ++i) little[i] = static_cast<char>((bits >> (8U * i)) & 0xFFU);
+    bytes.append(little, sizeof little);
 }
 
 template <class Number>
@@ -45,22 +44,27 @@ int size_of(Variant::Tag tag) {
     return -1;
 }
 
-Decoded cut(std::string_view bytes, std::size_t& position, Variant& value) {
+Decoded cut(std::string_view bytes, std::size_t& position) {
     position = bytes.size();
-    value = Variant();
     return Decoded::cut;
 }
 
 } // namespace
 
 Decoded decode(std::string_view bytes, std::size_t& position, Variant& value) {
+    const Decoded decoded = decode_over(bytes, position, value);
+    if (decoded == Decoded::cut) value = Variant();
+    return decoded;
+}
+
+Decoded decode_over(std::string_view bytes, std::size_t& position, Variant& value) {
     const std::string_view rest = bytes.substr(std::min(position, bytes.size()));
-    if (rest.size() < 2) return cut(bytes, position, value);
+    if (rest.size() < 2) return cut(bytes, position);
     const auto tag = static_cast<Variant::Tag>(get<std::uint16_t>(rest));
     const int size = size_of(tag);
     if (size < 0) return Decoded::unknown_tag;
     const std::string_view body = rest.substr(2);
-    if (body.size() < static_cast<std::size_t>(size)) return cut(bytes, position, value);
+    if (body.size() < static_cast<std::size_t>(size)) return cut(bytes, position);
 
     std::size_t used = 2 + static_cast<std::size_t>(size);
     switch (tag) {
@@ -75,8 +79,8 @@ Decoded decode(std::string_view bytes, std::size_t& position, Variant& value) {
     case Variant::Tag::boolean: value = get<std::uint16_t>(body) != 0; break;
     case Variant::Tag::string: {
         const std::size_t length = get<std::uint16_t>(body);
-        if (body.size() < 2 + length) return cut(bytes, position, value);
-        value = std::string(body.substr(2, length));
+        if (body.size() < 2 + length) return cut(bytes, position);
+        value.set_text(body.substr(2, length));
         used += length;
         break;
     }
@@ -86,9 +90,16 @@ Decoded decode(std::string_view bytes, std::size_t& position, Variant& value) {
 }
 
 void encode(const Variant& value, std::string& bytes) {
-    put(static_cast<std::uint16_t>(value.tag()), bytes);
-    value.visit_value([&bytes](const auto& held) {
+    const auto tag = static_cast<std::uint16_t>(value.tag());
+    value.visit_value([&bytes, tag](const auto& held) {
         using T = std::decay_t<decltype(held)>;
+        if constexpr (std::is_same_v<T, std::string>) {
+            const std::size_t length = std::min<std::size_t>(held.size(), 0xFFFF);
+            put(tag | (static_cast<std::uint32_t>(length) << 16U), bytes);
+            bytes.append(held, 0, length);
+            return;
+        }
+        put(tag, bytes);
         if constexpr (std::is_same_v<T, std::int16_t> || std::is_same_v<T, std::int32_t>) {
             put(held, bytes);
         } else if constexpr (std::is_same_v<T, float>) {
@@ -101,10 +112,6 @@ void encode(const Variant& value, std::string& bytes) {
             put(std::bit_cast<std::uint64_t>(held.days), bytes);
         } else if constexpr (std::is_same_v<T, bool>) {
             put(static_cast<std::uint16_t>(held ? 0xFFFF : 0), bytes);
-        } else if constexpr (std::is_same_v<T, std::string>) {
-            const std::size_t length = std::min<std::size_t>(held.size(), 0xFFFF);
-            put(static_cast<std::uint16_t>(length), bytes);
-            bytes.append(held, 0, length);
         }
     });
 }
