@@ -15,8 +15,13 @@ class ControllerDevice final : public Device {
   public:
     explicit ControllerDevice(std::shared_ptr<Controller> controller) : controller_(std::move(controller)) {
         controller_->send = [this](std::string_view bytes) { say(bytes); };
+        controller_->hang_up = [this] { leave(Ending::close); };
     }
-    ~ControllerDevice() override { controller_->send = nullptr; }
+    ~ControllerDevice() override {
+        controller_->send = nullptr;
+        controller_->hang_up = nullptr;
+        controller_->caller_is_gone();
+    }
 
     // Expires with the device.
     std::weak_ptr<void> visit() const { return visit_; }

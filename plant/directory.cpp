@@ -18,27 +18,32 @@ struct Row {
     std::string_view user;
     std::string_view password;
     std::int64_t pick_up_ms;
+    int tracks;
 };
 
 constexpr Row demo_rows[] = {
     {"Klärwerk Süd", "05550 100001", "127.0.1.1", 23, Route::tcp, Behaviour::connects, "service", "bhkw",
-     5000},
-    {"Hallenbad Grünau", "05550 100002", "127.0.1.2", 23, Route::tcp, Behaviour::connects, "", "", 6000},
+     5000, 28},
+    {"Hallenbad Grünau", "05550 100002", "127.0.1.2", 23, Route::tcp, Behaviour::connects, "", "", 6000, 12},
     {"Krankenhaus Sankt Jörg", "05550 100003", "127.0.1.3", 1100, Route::tcp, Behaviour::connects, "", "",
-     7000},
-    {"Gärtnerei Blüthner", "05550 100004", "127.0.1.4", 2001, Route::tcp, Behaviour::connects, "", "", 6000},
-    {"Nahwärme Mühlbach", "05550 100005", "127.0.1.5", 10100, Route::tcp, Behaviour::connects, "", "", 8000},
-    {"Schule Löwenstraße", "05550 100006", "127.0.1.6", 1100, Route::modem, Behaviour::connects, "", "",
-     1000},
-    {"Rathaus Oberülz", "0,05550 100007", "127.0.1.7", 1100, Route::modem, Behaviour::connects, "", "", 9000},
-    {"Brauerei Rößler", "05550 100008", "127.0.1.8", 1100, Route::gateway, Behaviour::connects, "", "",
-     12000},
+     7000, 24},
+    {"Gärtnerei Blüthner", "05550 100004", "127.0.1.4", 2001, Route::tcp, Behaviour::connects, "", "", 6000,
+     10},
+    {"Nahwärme Mühlbach", "05550 100005", "127.0.1.5", 10100, Route::tcp, Behaviour::connects, "", "", 8000,
+     16},
+    {"Schule Löwenstraße", "05550 100006", "127.0.1.6", 1100, Route::modem, Behaviour::connects, "", "", 1000,
+     8},
+    {"Rathaus Oberülz", "0,05550 100007", "127.0.1.7", 1100, Route::modem, Behaviour::connects, "", "", 9000,
+     14},
+    {"Brauerei Rößler", "05550 100008", "127.0.1.8", 1100, Route::gateway, Behaviour::connects, "", "", 12000,
+     20},
     {"Wohnpark Am Dörfle", "05550 100009", "127.0.1.9", 1100, Route::gateway, Behaviour::connects, "", "",
-     6000},
-    {"Molkerei Käsmann", "05550 100010", "127.0.1.10", 1100, Route::gateway, Behaviour::busy, "", "", 4000},
-    {"Sägewerk Fürst", "05550 100011", "127.0.1.11", 1100, Route::tcp, Behaviour::refuses, "", "", 5000},
+     6000, 18},
+    {"Molkerei Käsmann", "05550 100010", "127.0.1.10", 1100, Route::gateway, Behaviour::busy, "", "", 4000,
+     12},
+    {"Sägewerk Fürst", "05550 100011", "127.0.1.11", 1100, Route::tcp, Behaviour::refuses, "", "", 5000, 9},
     {"Schloß Drömstein", "05550 100012", "127.0.1.12", 1100, Route::tcp, Behaviour::never_answers, "", "",
-     5000},
+     5000, 22},
 };
 
 } // namespace
@@ -92,6 +97,7 @@ Directory demo_directory() {
         site.password = row.password;
         site.seed = 101 + directory.sites().size();
         site.pick_up_ms = row.pick_up_ms;
+        site.tracks = row.tracks;
         directory.add(std::move(site));
     }
     return directory;

@@ -2,6 +2,7 @@
 // it.
 #pragma once
 
+#include "plant/download_faults.h"
 #include "plant/faults.h"
 
 #include <cstdint>
@@ -32,8 +33,10 @@ struct Site {
     std::string user; // empty: no login over TCP
     std::string password;
     std::uint64_t seed = 1;
+    int tracks = 12;                // of quarter-hour values
     std::int64_t pick_up_ms = 6000; // from the last digit to the carrier
     Faults faults;                  // of the site's own line, each call anew; they may end the call
+    DownloadFaults download_faults; // of the controller itself
 };
 
 // The digits, '*' and '#' of a number; what people write between them is left out.

@@ -73,6 +73,22 @@ void Display::stop() {
     (void)screen_.take();
 }
 
+void Display::hold() {
+    held_step_ = step_.Enabled;
+    held_live_ = live_.Enabled;
+    for (Timer* timer : {&step_, &live_, &idle_}) timer->Enabled = false;
+}
+
+void Display::go_on(bool anew) {
+    step_.Enabled = held_step_;
+    live_.Enabled = held_live_;
+    idle_.Enabled = true;
+    if (!anew) return;
+    if (state_ == State::showing) show(page_);
+    if (state_ == State::visualising) send_values();
+    flush();
+}
+
 void Display::end(std::string_view words) {
     screen_.cursor(false);
     screen_.clear();

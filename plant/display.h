@@ -39,6 +39,11 @@ class Display {
     void stop(); // without a word: the controller restarts
     bool is_on() const { return state_ != State::off; }
 
+    // Keeps quiet until go_on(): something else has the line. If that has written on the PC's screen, the
+    // page comes anew.
+    void hold();
+    void go_on(bool anew);
+
     void receive(std::string_view bytes);
 
     PageId page() const { return page_; }
@@ -88,6 +93,8 @@ class Display {
     std::function<void()> next_;
     Timer live_;
     Timer idle_;
+    bool held_step_ = false; // whether they ran before hold()
+    bool held_live_ = false;
 };
 
 } // namespace velorn::plant

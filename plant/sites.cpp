@@ -44,13 +44,22 @@ std::unique_ptr<Device> Sites::visit(std::size_t place) {
     return std::make_unique<Login>(Credentials{site.user, site.password}, std::move(device));
 }
 
+Controller& Sites::controller(std::size_t place) {
+    std::shared_ptr<Controller>& one = alive_[place].controller;
+    if (!one) {
+        const Site& site = directory_.sites()[place];
+        one = std::make_shared<Controller>(loop_, site.seed);
+        one->set_site(site.name);
+        one->set_tracks(site.tracks);
+        one->download().set_faults(site.download_faults);
+    }
+    return *one;
+}
+
 std::unique_ptr<Device> Sites::enter(std::size_t place) {
     if (engaged(place)) return nullptr;
+    (void)controller(place);
     Alive& alive = alive_[place];
-    if (!alive.controller) {
-        alive.controller = std::make_shared<Controller>(loop_, directory_.sites()[place].seed);
-        alive.controller->set_site(directory_.sites()[place].name);
-    }
     auto device = std::make_unique<ControllerDevice>(alive.controller);
     alive.visitor = device->visit();
     const Faults& faults = directory_.sites()[place].faults;

@@ -31,6 +31,9 @@ class Sites final : public Exchange {
     // of the directory.
     std::unique_ptr<Device> visit(std::size_t place);
 
+    // The site's controller, whether or not somebody has met it.
+    Controller& controller(std::size_t place);
+
     bool engaged(std::size_t place) const { return !alive_[place].visitor.expired(); }
 
   private:
