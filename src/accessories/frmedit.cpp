@@ -64,6 +64,7 @@ bool Frmedit::Form_Load(ScreenSize screen) {
         const Raised loading(loading_);
         Richtxtedit.set_Text(*text);
     }
+    on_disk_ = *text;
     show_unchanged();
     Richtxtedit.select(Richtxtedit.length());
     loaded_ = true;
@@ -95,6 +96,7 @@ void Frmedit::close() {
     form.Visible = false;
     loaded_ = false;
     geaendert = false;
+    on_disk_.clear();
     const Raised loading(loading_);
     Richtxtedit.set_Text({});
 }
@@ -130,11 +132,23 @@ void Frmedit::save() {
     show_unchanged();
 }
 
+// Marks and snapshots that the program wrote while the window was open stand behind what was loaded, over its
+// last byte. They follow the changed text in the same way.
+std::string Frmedit::with_what_came_since(const std::string& text) {
+    const Result<std::string> now = read_if_small(files_, path_);
+    const std::string_view old =
+        std::string_view(on_disk_).substr(0, std::max<std::size_t>(on_disk_.size(), 1) - 1);
+    if (!now || now->size() <= on_disk_.size() || !now->starts_with(old)) return text;
+    const bool ends_alike = !text.empty() && !on_disk_.empty() && text.back() == on_disk_.back();
+    return text.substr(0, text.size() - (ends_alike ? 1 : 0)) + now->substr(old.size());
+}
+
 // Nothing of a longer old file may stay behind the text, and a failure leaves the old file.
-Outcome Frmedit::write() const {
+Outcome Frmedit::write() {
     // A capture would go on writing to the file whose place was taken.
     if (module1_.protokollaktiv && equal_ignoring_case(module1_.protokollname, path_))
         return failure(RunTimeError::file_already_open);
+    const std::string text = with_what_came_since(Richtxtedit.Text());
     const std::string neighbour = path_ + ".neu";
     const auto give_up = [&](const Failure& why) -> Outcome {
         (void)files_.remove(neighbour); // what went wrong first is what counts
@@ -143,12 +157,16 @@ Outcome Frmedit::write() const {
     {
         const auto file = files_.open(neighbour, OpenMode::create);
         if (!file) return file.failure();
-        if (const Outcome written = (*file)->write(1, Richtxtedit.Text()); !written)
-            return give_up(written.failure());
+        if (const Outcome written = (*file)->write(1, text); !written) return give_up(written.failure());
         if (const Outcome synced = (*file)->sync(); !synced) return give_up(synced.failure());
     }
     if (const Outcome replaced = files_.replace(neighbour, path_); !replaced)
         return give_up(replaced.failure());
+    on_disk_ = text;
+    if (text != Richtxtedit.Text()) {
+        const Raised loading(loading_);
+        Richtxtedit.set_Text(text);
+    }
     return {};
 }
 

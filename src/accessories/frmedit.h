@@ -51,7 +51,8 @@ class Frmedit {
     void show_unchanged();
     void close();
     bool refuse(std::string text);
-    Outcome write() const;
+    Outcome write();
+    std::string with_what_came_since(const std::string& text);
     void save();
 
     EventLoop& loop_;
@@ -59,7 +60,8 @@ class Frmedit {
     Dialogs& dialogs_;
     Printer& printer_;
     const Module1& module1_;
-    std::string path_; // the site may change while the window is open
+    std::string path_;    // the site may change while the window is open
+    std::string on_disk_; // the file as it was read or written last
     bool loaded_ = false;
     bool loading_ = false;
     bool busy_ = false; // a dialog of the window is open

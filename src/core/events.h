@@ -19,6 +19,8 @@ struct Events {
     Event<> gateway_ready;
     // The first gateway modem could not be reached; the second one is to be tried.
     Event<> second_gateway_modem;
+    // The person hangs up: what an attempt has left to do is not to be done.
+    Event<> attempt_given_up;
     // A connection stands, so the direct attempt's own timer has nothing to wait for any more.
     Event<> direct_attempt_over;
 

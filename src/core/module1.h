@@ -26,6 +26,8 @@ struct Module1 {
     bool istip = false;               // the selected entry's number is a host or an address
     bool modem2versucht = false;      // the second gateway modem has been tried
     std::int16_t verbindungticks = 0; // seconds of the running attempt
+    int anrufnr =
+        0; // counts the attempts to reach a site; who waits for one looks whether it is still that one
 
     bool trace = false;   // the byte trace into txttest10 is on
     std::string letzteip; // the chunk last received over TCP
@@ -45,6 +47,7 @@ struct Module1 {
     bool usergesendet = false;
     bool passgesendet = false;
 
+    bool grafikoffen = false; // the evaluation window is shown
     bool grafikfern = false;  // the evaluation was opened by the controller's own request
     bool neuedispauf = false; // snapshots were taken that the phone book hasn't stored
 

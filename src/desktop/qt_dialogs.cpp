@@ -75,7 +75,7 @@ bool QtDialogs::show(QDialog& dialog) {
     return going_on && alive;
 }
 
-Answer QtDialogs::message_box(std::string_view text, int code, std::string_view title) {
+Answer QtDialogs::box(int seconds, std::string_view text, int code, std::string_view title) {
     Opened<QMessageBox> box;
     box->setObjectName(QStringLiteral("message_box"));
     box->setWindowTitle(to_qstring(title));
@@ -91,12 +91,28 @@ Answer QtDialogs::message_box(std::string_view text, int code, std::string_view 
         if (button.answer == cancelling_answer(code)) box->setEscapeButton(push);
         answers.emplace_back(push, button.answer);
     }
-    if (show(*box.dialog)) {
+    EventLoop::TaskId alarm;
+    if (seconds > 0) {
+        alarm = loop_.post_at(loop_.now_ms() + std::int64_t{1000} * seconds, [dialog = box.dialog] {
+            if (dialog) dialog->reject();
+        });
+    }
+    const bool answered = show(*box.dialog);
+    loop_.cancel(alarm);
+    if (answered) {
         for (const auto& [push, answer] : answers) {
             if (box->clickedButton() == push) return answer;
         }
     }
     return cancelling_answer(code);
+}
+
+Answer QtDialogs::message_box(std::string_view text, int code, std::string_view title) {
+    return box(0, text, code, title);
+}
+
+Answer QtDialogs::message_box_for(int seconds, std::string_view text, int code) {
+    return box(seconds, text, code, "Velorn");
 }
 
 std::optional<std::string> QtDialogs::input_box(std::string_view prompt, std::string_view title,

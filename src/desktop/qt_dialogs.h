@@ -18,6 +18,7 @@ class QtDialogs final : public Dialogs {
     QtDialogs(EventLoop& loop, const Paths& paths) : loop_(loop), paths_(paths) {}
 
     Answer message_box(std::string_view text, int code, std::string_view title = "Velorn") override;
+    Answer message_box_for(int seconds, std::string_view text, int code) override;
 
     // A text that cp1252 can't hold is asked for again, with the reason.
     std::optional<std::string> input_box(std::string_view prompt, std::string_view title,
@@ -32,6 +33,7 @@ class QtDialogs final : public Dialogs {
   private:
     // Opens the dialog and waits for its end. False: the program ends, or the dialog went with its window.
     bool show(QDialog& dialog);
+    Answer box(int seconds, std::string_view text, int code, std::string_view title);
 
     EventLoop& loop_;
     const Paths& paths_;

@@ -38,19 +38,24 @@ HangUp::HangUp(EventLoop& loop, Dialogs& dialogs, const Events& events, Module1&
     frmTerminal_.Timer31.Tick = [this] { Timer31_Tick(); };
 }
 
+// One step of hanging up. False: the program ends, or somebody dials anew meanwhile, and what is still to be
+// sent would go to the new connection.
+bool HangUp::goes_on(bool waited, int anrufnr) const { return waited && module1_.anrufnr == anrufnr; }
+
 bool HangUp::mnuHangUp_Click() {
+    const int call = module1_.anrufnr;
     if (frmTerminal_.fernbedaktiv) {
         for (int level = 0; level < 2; ++level) {
             output_.sendetext("E");
-            if (!waits_.warte(pause_ticks)) return false;
+            if (!goes_on(waits_.warte(pause_ticks), call)) return false;
         }
     }
-    if (!waits_.warte(pause_ticks, [this] { return frmTerminal_.termecho; })) return false;
+    if (!goes_on(waits_.warte(pause_ticks, [this] { return frmTerminal_.termecho; }), call)) return false;
     for (int attempt = 0; attempt < 2; ++attempt) {
-        if (!ask_modem(module1_, output_, waits_, "+++", answer_ticks)) return false;
+        if (!goes_on(ask_modem(module1_, output_, waits_, "+++", answer_ticks), call)) return false;
         if (!module1_.warteok) break;
     }
-    if (!ask_modem(module1_, output_, waits_, "ATH\r", answer_ticks)) return false;
+    if (!goes_on(ask_modem(module1_, output_, waits_, "ATH\r", answer_ticks), call)) return false;
     if (module1_.warteok) return true;
     frmTerminal_.sbrStatus.projekt.Text = "offline";
     frmTerminal_.sbrStatus.projekt.Text = module1_.projektname; // kept: this is what stays
@@ -58,10 +63,17 @@ bool HangUp::mnuHangUp_Click() {
     return true;
 }
 
+// The same, and the gateway's own time to hang up behind it.
+bool HangUp::hang_up_gateway() {
+    const int call = module1_.anrufnr;
+    return mnuHangUp_Click() && goes_on(waits_.warte(until_gateway_hung_up), call);
+}
+
 bool HangUp::is_automatic() const { return settings_.fbautostart > zero; }
 
 bool HangUp::agreed(std::string_view question) {
-    return dialogs_.message_box(question, 36) == Answer::yes && !loop_.ended();
+    const int call = module1_.anrufnr;
+    return dialogs_.message_box(question, 36) == Answer::yes && !loop_.ended() && module1_.anrufnr == call;
 }
 
 // Remote control has ended, and what arrives is shown again.
@@ -78,7 +90,7 @@ void HangUp::Timer3_Tick() {
                                    : ended);
             }
         } else if (is_automatic() || agreed("Soll das Modem aufgelegt werden")) {
-            if (!mnuHangUp_Click()) return;
+            mnuHangUp_Click();
         }
     }
     frmTerminal_.Timer3.Enabled = false;
@@ -88,8 +100,7 @@ void HangUp::Timer3_Tick() {
 void HangUp::Timer20_Tick() {
     frmTerminal_.Timer20.Enabled = false;
     if (over_gateway(module1_)) {
-        if (!mnuHangUp_Click() || !waits_.warte(until_gateway_hung_up)) return;
-        end_tcp();
+        if (hang_up_gateway()) end_tcp();
     } else if (module1_.tcpoffen) {
         end_tcp();
         write_terminal(frmTerminal_, ended);
@@ -105,22 +116,37 @@ void HangUp::Timer31_Tick() {
     frmTerminal_.fernbedaktiv = false;
     frmTerminal_.txtterm.Visible = true;
     frmTerminal_.Picture1.Visible = false;
-    if (!mnuHangUp_Click() || !waits_.warte(silent_ticks)) return;
+    if (mnuHangUp_Click()) (void)waits_.warte(silent_ticks);
     auflegenstill_ = false;
     frmTerminal_.Timer31.Enabled = false;
 }
 
+// A second click while the first one works would send its commands to the other link.
 void HangUp::HangUpPhone_Click() {
+    if (hanging_up_) return;
+    hanging_up_ = true;
+    const int call = module1_.anrufnr;
     if (over_gateway(module1_)) {
-        if (!mnuHangUp_Click() || !waits_.warte(until_gateway_hung_up)) return;
+        if (hang_up_gateway()) give_up();
     } else if (!module1_.tcpoffen) {
         mnuHangUp_Click();
-        return;
-    } else if (frmTerminal_.fernbedaktiv) {
-        output_.sendetext("E");
-        if (!waits_.warte(until_display_is_left)) return;
+    } else {
+        bool done = true;
+        if (frmTerminal_.fernbedaktiv) {
+            output_.sendetext("E");
+            done = goes_on(waits_.warte(until_display_is_left), call);
+        }
+        if (done) give_up();
     }
+    hanging_up_ = false;
+}
+
+// Ends a connection and an attempt at one, too: it would go on to the next modem.
+void HangUp::give_up() {
     end_tcp();
+    for (Timer* timer : {&frmTerminal_.Timer23, &frmTerminal_.Timer24, &frmTerminal_.Timer25})
+        timer->Enabled = false;
+    events_.attempt_given_up();
 }
 
 void HangUp::end_tcp() {

@@ -18,7 +18,8 @@ class HangUp {
            const Settings& settings, FrmTerminal& frmTerminal, WaitCounter& waits, Output& output,
            Winsock& Winsock1);
 
-    // Leaves remote control if it is on, then "+++" and "ATH". Waits up to 7.5 s. False: the program ends.
+    // Leaves remote control if it is on, then "+++" and "ATH". Waits up to 7.5 s. False: the program ends, or
+    // somebody dialled meanwhile, and the rest was not done.
     bool mnuHangUp_Click();
 
   private:
@@ -26,6 +27,9 @@ class HangUp {
     void Timer20_Tick();
     void Timer31_Tick();
     void HangUpPhone_Click();
+    bool goes_on(bool waited, int anrufnr) const;
+    bool hang_up_gateway();
+    void give_up();
     void end_tcp();
     bool is_automatic() const;
     bool agreed(std::string_view question);
@@ -39,6 +43,7 @@ class HangUp {
     WaitCounter& waits_;
     Output& output_;
     Winsock& Winsock1_;
+    bool hanging_up_ = false;    // the toolbar's key is at it
     bool auflegenstill_ = false; // hanging up by itself: the end of remote control asks nothing
 };
 

@@ -37,6 +37,9 @@ TcpLink::TcpLink(const Events& events, Module1& module1, FrmTerminal& frmTermina
 void TcpLink::begin_attempt(std::string host, int port) {
     stop_attempt();
     ++attempt_;
+    ++module1_.anrufnr;
+    module1_.tcpoffen = false;
+    module1_.gatewayoffen = false;
     frmTerminal_.Timer24.Enabled = false;
     module1_.verbindungticks = 0;
     Winsock1_.RemoteHost = std::move(host);

@@ -74,6 +74,7 @@ Dialling::Dialling(const EventLoop& loop, Dialogs& dialogs, Events& events, cons
     frmtelefon_.Timer20.Tick = [this] { Timer20_Tick(); };
     events.gateway_ready.connect([this] { frmtelefon_.Timer14.Enabled = true; });
     events.second_gateway_modem.connect([this] { frmtelefon_.Timer15.Enabled = true; });
+    events.attempt_given_up.connect([this] { end_former_attempt(); });
     events.direct_attempt_over.connect([this] { frmtelefon_.Timer4.Enabled = false; });
 }
 
@@ -117,8 +118,10 @@ void Dialling::Command1_Click() {
 
 // What the attempt before has left to do would be done to this one.
 void Dialling::end_former_attempt() {
-    for (Timer* timer : {&frmtelefon_.Timer4, &frmtelefon_.Timer14, &frmtelefon_.Timer15,
-                         &frmtelefon_.Timer20, &frmTerminal_.Timer23, &frmTerminal_.Timer24})
+    for (Timer* timer :
+         {&frmtelefon_.Timer4, &frmtelefon_.Timer14, &frmtelefon_.Timer15, &frmtelefon_.Timer20,
+          &frmTerminal_.Timer3, &frmTerminal_.Timer4, &frmTerminal_.Timer20, &frmTerminal_.Timer23,
+          &frmTerminal_.Timer24, &frmTerminal_.Timer31})
         timer->Enabled = false;
     module1_.loginan = false;
 }
@@ -152,6 +155,7 @@ bool Dialling::connect_directly() {
     const std::string nummer = entry().nummer.text();
     const Result<int> port = port_of(entry().bemerkung.text(), module1_.mdexport);
     if (!port) {
+        Winsock1_.Close(); // nobody would hear what is still connected
         tell(port.failure().text);
         return false;
     }
@@ -181,7 +185,8 @@ void Dialling::Timer4_Tick() {
 
 void Dialling::Timer20_Tick() {
     --module1_.logintakte;
-    if (module1_.loginan) {
+    // Prompts come over either line, and the answers are for this one alone.
+    if (module1_.loginan && module1_.tcpoffen) {
         if (module1_.usernamegesehen && !module1_.usergesendet) {
             output_.sendetext(settings_.loginuser.text() + '\r');
             module1_.usergesendet = true;
@@ -197,6 +202,7 @@ void Dialling::Timer20_Tick() {
     }
     if (module1_.logintakte >= 1) return;
     module1_.logintakte = 0;
+    module1_.loginan = false;
     if (module1_.globalsek > seconds_of_a_start) {
         write_terminal(frmTerminal_, "keine User/Password Abfrage\r\n");
     }
@@ -206,7 +212,8 @@ void Dialling::Timer20_Tick() {
 // ---- the modem's route ----
 
 void Dialling::dial_with_modem() {
-    Winsock1_.Close();
+    Winsock1_.Close(); // nobody would hear what is still connected, nor end it
+    ++module1_.anrufnr;
     const std::string number =
         (module1_.txtprestrcheck ? module1_.txtprestrtext : "") + entry().nummer.text();
     output_.sendetext("atd" + number + '\r');
@@ -234,7 +241,8 @@ void Dialling::reach_gateway(const Endpoint& modem) {
 void Dialling::ZWEITESMODEM() { reach_gateway({gateway_.port2, modem2}); }
 
 void Dialling::DIALTELNET() {
-    if (module1_.telindex < 0) return;
+    // The gateway may have gone meanwhile; the number would be dialled on the serial line.
+    if (module1_.telindex < 0 || !module1_.tcpoffen) return;
     // Kept: the prefix is never used through the gateway, and the setting stays off afterwards.
     frmtelefon_.txtprestrcheck.Value = false;
     module1_.txtprestrcheck = false;

@@ -98,7 +98,8 @@ struct FrmTelefon {
     Label labanz;
     CheckBox vortagcheck, viertelcheck;
     Button comstart, abbruch;
-    Label labzustand, labdat, labuhr;
+    MovingLabel labzustand;
+    Label labdat, labuhr;
 
     // ---- GSM ----
     Button Command10, Command9;

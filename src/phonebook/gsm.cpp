@@ -1,6 +1,7 @@
 #include "phonebook/gsm.h"
 
 #include <string>
+#include <utility>
 
 namespace velorn {
 
@@ -28,28 +29,40 @@ void Gsm::Timer5_Tick() {
     if (--frmtelefon_.gsmzaehler < 1) frmtelefon_.Timer5.Enabled = false;
 }
 
-// False: the program ends.
-bool Gsm::wait(std::int16_t steps) {
+// False: the program ends, or somebody dials meanwhile, and the rest would go to the new connection.
+bool Gsm::wait(std::int16_t steps, const EventLoop::Condition& leave) {
+    const int call = module1_.anrufnr;
     frmtelefon_.gsmzaehler = steps;
     frmtelefon_.Timer5.Enabled = true;
-    return loop_.wait_until([this] { return frmtelefon_.gsmzaehler < 1; });
+    return loop_.wait_until([&] { return frmtelefon_.gsmzaehler < 1 || leave(); }) &&
+           module1_.anrufnr == call;
+}
+
+bool Gsm::wait(std::int16_t steps) {
+    return wait(steps, [] { return false; });
 }
 
 void Gsm::Command10_Click() {
+    if (std::exchange(busy_, true)) return;
     for (const std::string_view line : set_up) {
         output_.sendetext(std::string(line) + '\r');
-        if (!wait(steps_behind_a_line)) return;
+        if (!wait(steps_behind_a_line)) break;
     }
+    busy_ = false;
 }
 
 void Gsm::Command9_Click() {
+    if (std::exchange(busy_, true)) return;
+    send_message();
+    busy_ = false;
+}
+
+void Gsm::send_message() {
     output_.sendetext("AT+CMGF=1\r");
     if (!wait(steps_behind_a_line)) return;
     module1_.smsprompt = true;
     output_.sendetext("AT+CMGS=\"" + frmtelefon_.smsnr.Text.get() + "\"\r");
-    frmtelefon_.gsmzaehler = steps_for_the_prompt;
-    frmtelefon_.Timer5.Enabled = true;
-    if (!loop_.wait_until([this] { return frmtelefon_.gsmzaehler < 1 || !module1_.smsprompt; })) return;
+    if (!wait(steps_for_the_prompt, [this] { return !module1_.smsprompt; })) return;
     output_.sendetext(frmtelefon_.smstxt.Text.get() + '\x1a');
 }
 

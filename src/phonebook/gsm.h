@@ -18,12 +18,15 @@ class Gsm {
     void Command10_Click();
     void Command9_Click();
     void Timer5_Tick();
+    void send_message();
     bool wait(std::int16_t steps);
+    bool wait(std::int16_t steps, const EventLoop::Condition& leave);
 
     EventLoop& loop_;
     Module1& module1_;
     FrmTelefon& frmtelefon_;
     Output& output_;
+    bool busy_ = false; // one of the two is at it
 };
 
 } // namespace velorn

@@ -87,7 +87,9 @@ PhonebookLines::PhonebookLines(const EventLoop& loop, Files& files, Dialogs& dia
             mark(row, colour::red);
         };
         one.Picture1.DblClick = [this, row] {
-            const bool swapping = frmtelefon_.tausch1aktiv || frmtelefon_.tausch2aktiv;
+            // The first click of the two may just have been a swap's second position.
+            const bool swapping =
+                frmtelefon_.tausch1aktiv || frmtelefon_.tausch2aktiv || frmtelefon_.Timer1.Enabled;
             select(row);
             mark(row, colour::scroll_bar);
             if (!swapping && frmtelefon_.Command1.Click) frmtelefon_.Command1.Click();

@@ -83,6 +83,9 @@ void PhonebookWindow::Form_Load() {
     frmtelefon_.picdownl.Visible = false;
     frmtelefon_.tausch1aktiv = false;
     frmtelefon_.tausch2aktiv = false;
+    for (Button* button : {&frmtelefon_.comstart, &frmtelefon_.comdatplus, &frmtelefon_.comdatminus,
+                           &frmtelefon_.comuhrplus, &frmtelefon_.comuhrminus})
+        button->Enabled = true;
 
     const int first = lines_.telscroll();
     if (settings_.telzeile >= 0 && settings_.telzeile < FrmTelefon::lines)

@@ -92,6 +92,12 @@ struct Label : Control {
     std::function<void()> Click;
 };
 
+// A label that wanders over its window; offset from its place in twips.
+struct MovingLabel : Label {
+    Property<int> Left{*this, 0};
+    Property<int> Top{*this, 0};
+};
+
 struct Button : Control {
     Button() = default;
     explicit Button(std::string_view caption) : Caption(*this, std::string(caption)) {}

@@ -138,6 +138,13 @@ class Dialogs {
     // Yes/No, 5 Retry/Cancel) plus its icon number (16 stop, 32 question, 48 exclamation, 64 information).
     virtual Answer message_box(std::string_view text, int code, std::string_view title = "Velorn") = 0;
 
+    // The same where perhaps nobody is there: after so many seconds it answers itself as if it were
+    // cancelled, an OK box with OK.
+    virtual Answer message_box_for(int seconds, std::string_view text, int code) {
+        (void)seconds;
+        return message_box(text, code);
+    }
+
     // Nothing when cancelled.
     virtual std::optional<std::string> input_box(std::string_view prompt, std::string_view title,
                                                  std::string_view proposal) = 0;

@@ -76,9 +76,12 @@ void Snapshots::drucken_Click() {
         events_.edit_protocol_file();
         return;
     }
+    if (printing_) return;
+    printing_ = true;
     frmTerminal_.Richtxt.set_Text(frmTerminal_.txtsnapshot.Text());
-    const Outcome printed =
-        printer_.print_text(frmTerminal_.Richtxt.Text(), "Displayaufnahmen " + module1_.projektname);
+    const std::string text = frmTerminal_.Richtxt.Text(); // the dialog stays open for as long as it likes
+    const Outcome printed = printer_.print_text(text, "Displayaufnahmen " + module1_.projektname);
+    printing_ = false;
     if (!printed && !printed.failure().is(RunTimeError::dialog_cancelled) && !loop_.ended())
         dialogs_.message_box(printed.failure().text, 48);
 }

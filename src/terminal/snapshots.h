@@ -37,6 +37,7 @@ class Snapshots {
     Module1& module1_;
     FrmTerminal& frmTerminal_;
     ProtocolFile& protocol_file_;
+    bool printing_ = false; // its dialog is open
 };
 
 } // namespace velorn

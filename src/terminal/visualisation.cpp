@@ -47,7 +47,7 @@ void Visualisation::visustart() {
         dialogs_.message_box(no_program, 48);
         return;
     }
-    if (module1_.vislebt >= surely_alive) {
+    if (module1_.vislebt >= surely_alive || starting_) {
         dialogs_.message_box("Visualisierung läuft bereits!!"_w, 48);
         return;
     }
@@ -65,7 +65,10 @@ void Visualisation::visustart() {
     txttoterm_.Text = "";
     last_words_.clear();
     linked_ = false;
+    starting_ = true;
+    ++start_;
     if (!waits_.warte(until_program_is_up)) return;
+    starting_ = false;
     frmTerminal_.visaktiv = true;
     output_.sendetext(start_visualisation);
     linked_ = true;
@@ -96,7 +99,8 @@ void Visualisation::txttoterm_Change() {
         module1_.vislebt = sign_of_life;
     }
     if (instr(text, "ENDE") > 0) {
-        if (!waits_.warte(until_program_is_down)) return;
+        const int start = start_;
+        if (!waits_.warte(until_program_is_down) || start_ != start) return;
         frmTerminal_.visaktiv = false;
         output_.sendetext(leave_visualisation);
     }

@@ -45,6 +45,8 @@ class Visualisation {
     std::string txttovis2_; // the block that is arriving
     TextBox txttoterm_;
     std::string last_words_; // the visualisation's text while nobody listens to it yet
+    bool starting_ = false;  // the program has a second to come up
+    int start_ = 0;          // which one it is
     bool linked_ = false;    // txttoterm follows the visualisation
 };
 

@@ -119,7 +119,7 @@ TEST(DialledByModem, closesTheWindowWithoutSavingTheBookUnlessACollectionRuns) {
     }
 }
 
-TEST(DialledByModem, leavesATcpConnectionAlone) {
+TEST(DialledByModem, endsATcpConnection) {
     Dial p("5550");
     p.module1.tcpoffen = true;
     p.module1.gatewayoffen = true;
@@ -225,6 +225,7 @@ TEST(Port, ofTheStandardBoxMustBeOne) {
         p.dials();
         EXPECT_EQ(p.tcp.connects, 0) << bad;
         EXPECT_TRUE(p.window.form.Visible);
+        EXPECT_EQ(p.tcp.closes, 1) << "what was connected would be heard by nobody";
     }
     EXPECT_EQ(port_of("", " 65535 ").value(), 65535);
 }
@@ -387,6 +388,26 @@ TEST(AutomaticLogin, keepsSilentAboutThatInTheFirstTenSeconds) {
     p.loop.pass(8000);
     EXPECT_THAT(p.terminal(), Not(HasSubstr("keine User")));
     EXPECT_FALSE(p.window.Timer20.Enabled);
+}
+
+TEST(AutomaticLogin, answersNobodyOnTheSerialLine) {
+    Login p;
+    p.dials();
+    p.receive("Username:");
+    p.receive("Password:");
+    p.loop.pass(1000);
+    EXPECT_EQ(p.sent(), "");
+    EXPECT_EQ(p.tcp.take_written(), "");
+}
+
+TEST(AutomaticLogin, beginsAnewWithEachCall) {
+    Login p;
+    p.module1.loginalter = 900;
+    p.module1.usergesendet = p.module1.passgesendet = true;
+    p.connects();
+    EXPECT_LT(p.module1.loginalter, 5);
+    p.asks("Username:");
+    EXPECT_EQ(p.tcp.take_written(), "technik\r");
 }
 
 TEST(AutomaticLogin, isForPort23Alone) {
@@ -590,8 +611,116 @@ TEST(DialledThroughTheGateway, doesNothingForASiteThatIsNoLongerSelected) {
     p.tcp.fails(10061, "abgelehnt");
     p.loop.pass(30'000);
     EXPECT_EQ(p.tcp.connects, 1);
+    p.module1.tcpoffen = true;
+    p.tcp.current = TcpState::connected;
     p.program.dialling.DIALTELNET();
     EXPECT_EQ(p.tcp.take_written(), "");
+    EXPECT_EQ(p.sent(), "");
+    EXPECT_FALSE(p.frmTerminal.Timer24.Enabled);
+}
+
+TEST(DialledThroughTheGateway, dialsNothingOnTheSerialLineWhereTheGatewayIsLost) {
+    OverGateway p;
+    p.dials();
+    p.answers();
+    p.tcp.fails(10054, "abgebrochen");
+    p.loop.pass(5000);
+    EXPECT_EQ(p.sent(), "");
+    EXPECT_FALSE(p.frmTerminal.Timer24.Enabled);
+}
+
+TEST(DialledThroughTheGateway, closesWhatWasConnectedBefore) {
+    OverGateway p;
+    p.module1.tcpoffen = p.module1.gatewayoffen = true;
+    p.tcp.current = TcpState::connected;
+    p.dials();
+    EXPECT_FALSE(p.module1.tcpoffen || p.module1.gatewayoffen);
+    EXPECT_GE(p.tcp.closes, 1);
+}
+
+TEST(DialledThroughTheGateway, leavesTheWindowAsItIsWhileACollectionRuns) {
+    OverGateway p;
+    p.module1.autoholen = true;
+    p.dials();
+    EXPECT_TRUE(p.window.geladen);
+    p.answers();
+    p.loop.pass(500);
+    EXPECT_TRUE(p.window.geladen);
+}
+
+TEST(DialledThroughTheGateway, entersNothingWithoutAProtocolFile) {
+    Dial p("0555 77");
+    p.files.set_content(protocol, "abcd\r\n");
+    p.module1.protokollname = protocol;
+    p.over_gateway();
+    p.dials();
+    p.tcp.succeeds();
+    p.loop.pass(2000);
+    EXPECT_TRUE(p.frmTerminal.Timer24.Enabled);
+    EXPECT_EQ(p.files.content(protocol), "abcd\r\n");
+}
+
+// ---- hanging up while dialling ----
+
+TEST(HangingUp, endsAnAttemptAtTheGatewayForGood) {
+    OverGateway p;
+    p.dials();
+    p.loop.pass(3000);
+    p.frmTerminal.tbrToolBar("HangUpPhone").Click();
+    EXPECT_EQ(p.tcp.current, TcpState::closed);
+    p.loop.pass(60'000);
+    EXPECT_EQ(p.tcp.connects, 1) << "no second modem";
+    EXPECT_FALSE(p.frmTerminal.Timer23.Enabled);
+}
+
+TEST(HangingUp, leavesTheConnectionAloneThatWasDialledMeanwhile) {
+    Dial p("regler");
+    p.dials();
+    p.tcp.succeeds();
+    p.loop.settle();
+    p.frmTerminal.fernbedaktiv = true;
+    p.loop.post_at(p.loop.now_ms() + 500, [&p] {
+        p.program.dialling.Command1_Click();
+        p.module1.dialalter = 500; // remote control isn't what this is about
+        p.tcp.succeeds();
+    });
+    p.frmTerminal.tbrToolBar("HangUpPhone").Click();
+    p.loop.pass(3000);
+    EXPECT_EQ(p.tcp.current, TcpState::connected);
+    EXPECT_TRUE(p.module1.tcpoffen);
+}
+
+TEST(HangingUp, sendsNothingMoreOnceAnotherNumberIsDialled) {
+    Dial p("5550");
+    SentAt sent(p);
+    p.loop.post_at(p.loop.now_ms() + 1500, [&p] { p.program.dialling.Command1_Click(); });
+    press(p.frmTerminal.mnuHangUp);
+    p.loop.pass(20'000);
+    EXPECT_EQ(sent.all.back(), "1500 atd5550\r");
+}
+
+TEST(HangingUp, byTwoClicksIsOneOverTheGateway) {
+    OverGateway p;
+    p.dials();
+    p.answers();
+    p.loop.pass(2000);
+    SentAt sent(p);
+    p.loop.post_at(p.loop.now_ms() + 300, [&p] { p.frmTerminal.tbrToolBar("HangUpPhone").Click(); });
+    p.frmTerminal.tbrToolBar("HangUpPhone").Click();
+    p.loop.pass(20'000);
+    EXPECT_THAT(sent.all, IsEmpty()) << "nothing of it on the serial line";
+    EXPECT_FALSE(p.module1.tcpoffen);
+}
+
+TEST(Dialling, stopsTheHangUpOfTheCallBefore) {
+    Dial p("5550");
+    p.frmTerminal.Timer31.Enabled = true;
+    p.frmTerminal.Timer20.Enabled = true;
+    p.frmTerminal.Timer3.Enabled = true;
+    p.dials();
+    (void)p.sent();
+    p.loop.pass(60'000);
+    EXPECT_EQ(p.sent(), "");
 }
 
 } // namespace velorn::test

@@ -69,6 +69,27 @@ TEST(Gsm, goesOnWhenTheModemAnswersWithAnError) {
     EXPECT_EQ(sent.all.back(), "6000 \x1a") << "an empty message is its end sign alone";
 }
 
+TEST(Gsm, doesOneThingAfterTheOther) {
+    GsmTest p;
+    SentAt sent(p);
+    p.loop.post_at(p.loop.now_ms() + 1000, [&p] { p.window.Command9.Click(); });
+    p.loop.post_at(p.loop.now_ms() + 1500, [&p] { p.window.Command10.Click(); });
+    p.window.Command10.Click();
+    EXPECT_EQ(sent.all.size(), 10U);
+    p.window.Command9.Click();
+    EXPECT_EQ(sent.all.size(), 13U) << "and is free again afterwards";
+}
+
+TEST(Gsm, sendsNothingMoreOnceANumberIsDialled) {
+    GsmTest p;
+    p.program.telefonbuch[0].nummer = "5550";
+    p.module1.telindex = 0;
+    SentAt sent(p);
+    p.loop.post_at(p.loop.now_ms() + 3000, [&p] { p.program.dialling.Command1_Click(); });
+    p.window.Command10.Click();
+    EXPECT_THAT(sent.all, ElementsAre("0 ATE1&D0\r", "2000 AT+CPIN?\r", "3000 atd5550\r"));
+}
+
 TEST(Gsm, endsWithTheProgram) {
     GsmTest p;
     SentAt sent(p);

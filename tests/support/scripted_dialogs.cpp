@@ -1,5 +1,7 @@
 #include "support/scripted_dialogs.h"
 
+#include "runtime/message_boxes.h"
+
 #include <gtest/gtest.h>
 
 namespace velorn::test {
@@ -46,6 +48,15 @@ Answer ScriptedDialogs::message_box(std::string_view text, int code, std::string
         if (!loop_.wait_until([&] { return loop_.now_ms() >= until; })) return Answer::cancel;
     }
     return box.answer;
+}
+
+Answer ScriptedDialogs::message_box_for(int seconds, std::string_view text, int code) {
+    if (!boxes_.empty()) return message_box(text, code, "Velorn");
+    shown_.emplace_back(text);
+    const std::int64_t until = loop_.now_ms() + std::int64_t{1000} * seconds;
+    loop_.post_at(until, [] {});
+    (void)loop_.wait_until([&] { return loop_.now_ms() >= until; });
+    return cancelling_answer(code);
 }
 
 std::optional<std::string> ScriptedDialogs::input_box(std::string_view prompt, std::string_view title,

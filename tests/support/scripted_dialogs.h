@@ -26,6 +26,8 @@ class ScriptedDialogs : public Dialogs {
     void expect_font(FontChoice proposal, Result<FontChoice> answer);
 
     Answer message_box(std::string_view text, int code, std::string_view title) override;
+    // Where none is expected nobody is there, and it answers itself.
+    Answer message_box_for(int seconds, std::string_view text, int code) override;
     std::optional<std::string> input_box(std::string_view prompt, std::string_view title,
                                          std::string_view proposal) override;
     Result<std::string> choose_file(const FileQuestion& question) override;

@@ -82,6 +82,34 @@ TEST(Visualisation, isNotStartedTwiceWhileItLives) {
     EXPECT_EQ(p.module1.vislebt, 0);
 }
 
+TEST(Visualisation, isStartedOnceByTwoClicks) {
+    Vis p;
+    SentAt sent(p);
+    p.dialogs.expect(std::string("Visualisierung läuft bereits!!"_w), 48, Answer::ok);
+    p.loop.post_at(p.loop.now_ms() + 300, [&p] { p.frmTerminal.tbrToolBar("visualstart").Click(); });
+    p.frmTerminal.tbrToolBar("visualstart").Click();
+    EXPECT_EQ(p.processes.started.size(), 1U);
+    EXPECT_THAT(sent.all, ElementsAre("1000 v"));
+}
+
+TEST(Visualisation, thatBeganMeanwhileIsNotEndedByTheOneBefore) {
+    Vis p;
+    p.starts();
+    p.loop.post_at(p.loop.now_ms() + 1000, [&p] { p.frmTerminal.tbrToolBar("visualstart").Click(); });
+    p.visualisation.says("ENDE");
+    p.loop.pass(5000);
+    EXPECT_TRUE(p.frmTerminal.visaktiv);
+}
+
+TEST(Visualisation, shownInTheTerminalWhereRemoteControlIsOff) {
+    Vis p;
+    p.starts();
+    p.frmTerminal.fernbedaktiv = false;
+    p.receive("P=12 VISEND");
+    EXPECT_THAT(p.visualisation.texts, IsEmpty());
+    EXPECT_THAT(p.terminal(), ::testing::EndsWith("P=12 VISEND"));
+}
+
 TEST(Visualisation, getsABlockOnceItsEndMarkHasCome) {
     Vis p;
     p.starts();
