@@ -62,7 +62,8 @@ TEST_F(AController, forgetsAHalfTypedLineWhenWokenAgain) {
 
 TEST_F(AController, knowsEveryCommandOfItsTable) {
     for (const Command& command : commands()) {
-        if (command.word == "SYSTEM_RESET" || command.word == "FERNBED") continue;
+        const bool keeps_the_line = command.word == "FERNBED" || command.word.starts_with("DUE");
+        if (command.word == "SYSTEM_RESET" || keeps_the_line) continue;
         const std::string answer = answers(command.word, 5000);
         EXPECT_TRUE(answer.ends_with("\r\n*")) << command.word;
         EXPECT_EQ(answer.find("unbekannt"), std::string::npos) << command.word;

@@ -198,5 +198,20 @@ TEST_F(ADownload, tellsWhatThePcHasAcknowledged) {
     EXPECT_EQ(told, expected);
 }
 
+TEST_F(ADownload, comesToAnEndWhateverItHears) {
+    constexpr std::string_view alphabet = "OOOKKEER0123456789\r\x93 D";
+    for (std::uint64_t seed = 1; seed <= 40; ++seed) {
+        Random random(seed);
+        dialogue.begin(seed % 2 == 0 ? quarters : newest, site);
+        for (int i = 0; i < 400; ++i) {
+            dialogue.receive(alphabet.substr(random.below(alphabet.size()), 1 + random.below(3)));
+            if (random.unit() < 0.1) dialogue.receive(i % 2 == 0 ? "OK" : today);
+            loop.pass(static_cast<std::int64_t>(random.below(900)));
+        }
+        loop.pass(21 * DownloadDialogue::answer_is_broken_after + DownloadDialogue::gives_up_after);
+        EXPECT_FALSE(dialogue.is_on()) << seed;
+    }
+}
+
 } // namespace
 } // namespace velorn::plant
