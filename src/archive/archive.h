@@ -23,6 +23,7 @@
 #include "runtime/files.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -99,14 +100,27 @@ class Archive : public ArchiveSettings {
 
   private:
     struct Image;
+    using Sink = std::function<Outcome(std::string_view)>;
 
-    void forget();
-    Failure read_settings();
-    float peek(YearTable& table, std::int64_t row, int t);
+    void begin(std::string_view path);
+    Outcome find_out_layout();
+    Outcome read_settings();
+    void calculated_texts_from_tracks();
+
     std::span<float> touch(YearTable& table, int y);
+    float peek(ArchiveReader& reader, YearTable& table, std::int64_t row, int t);
+    Outcome readable();
+    void note_failure(const Failure& what);
+
+    Outcome find_changes(Image& image);
+    Outcome write_table(ArchiveReader& reader, YearTable& table, ByteRange range, const Sink& sink);
+    Outcome write_stretch(ArchiveReader& reader, const Image& image, ByteRange range, const Sink& sink);
     Outcome save_by_journal(const Image& image);
-    Outcome save_by_new_file(const Image& image);
     Outcome finish_journal();
+    Outcome save_by_new_file(const Image& image);
+    Outcome write_new_file(const Image& image);
+    void count_as_saved(const Image& image);
+    std::string new_file_path() const;
 
     Files& files_;
     bool open_ = false;
@@ -116,7 +130,7 @@ class Archive : public ArchiveSettings {
     YearTable daten_;
     YearTable rechdaten_;
     ArchiveFile file_;
-    bool journal_pending_ = false;
+    bool journal_pending_ = false;      // a save that counts as made and has not reached the file yet
     std::optional<Failure> unreadable_; // a journal that could not be carried out at opening
     std::optional<Failure> failed_;
 };

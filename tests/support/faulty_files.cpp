@@ -49,13 +49,19 @@ void FaultyFiles::kill_at(int n, bool in_the_middle_of_a_write) {
     turn_ = n;
 }
 
+void FaultyFiles::stop_at(int n, bool in_the_middle_of_a_write) {
+    fail_from(n);
+    if (in_the_middle_of_a_write) fault_ = Fault::stop_in_write;
+}
+
 std::optional<Failure> FaultyFiles::next(const char* operation) {
     operations_.emplace_back(operation);
     const auto count = static_cast<int>(operations_.size());
     const bool killed_now = (fault_ == Fault::kill || fault_ == Fault::kill_in_write) && count == turn_;
     if (killed_now) _exit(killed);
     const bool fails =
-        (fault_ == Fault::failure_from && count >= turn_) || (fault_ == Fault::failure_at && count == turn_);
+        ((fault_ == Fault::failure_from || fault_ == Fault::stop_in_write) && count >= turn_) ||
+        (fault_ == Fault::failure_at && count == turn_);
     if (!fails) return std::nullopt;
     broke_ = true;
     return failure(error_);
@@ -63,7 +69,8 @@ std::optional<Failure> FaultyFiles::next(const char* operation) {
 
 Outcome FaultyFiles::write(BinaryFile& file, std::int64_t position, std::string_view bytes) {
     const std::string_view half = bytes.substr(0, bytes.size() / 2);
-    if (fault_ == Fault::kill_in_write && static_cast<int>(operations_.size()) + 1 == turn_)
+    if ((fault_ == Fault::kill_in_write || fault_ == Fault::stop_in_write) &&
+        static_cast<int>(operations_.size()) + 1 == turn_)
         (void)file.write(position, half);
     if (const auto failure = next("write")) return *failure;
     if (fault_ != Fault::full_disk) return file.write(position, bytes);

@@ -1,7 +1,7 @@
 // Files on which things go wrong at a chosen moment: every operation on files and on the open files among
-// them (open, length, read, write, sync, replace, remove, make_folder, exists, lock) is counted from 1 on, and from
-// a chosen one on each fails, or the process dies there. A test that breaks each step once runs until()
-// nothing broke:
+// them (open, length, read, write, sync, replace, remove, make_folder, exists, lock) is counted from 1 on,
+// and from a chosen one on each fails, or the process dies there. A test that breaks each step once runs
+// until() nothing broke:
 //
 //     for (int n = 1;; ++n) {
 //         FaultyFiles files(disk);
@@ -41,6 +41,10 @@ class FaultyFiles final : public Files {
     // The process ends before operation n; where that is a write, after half its bytes if wanted.
     void kill_at(int n, bool in_the_middle_of_a_write = false);
 
+    // The machine stands still at operation n: neither it nor any later one happens; where it is a write,
+    // half its bytes may still go. What the disk then holds can be looked at in the same process.
+    void stop_at(int n, bool in_the_middle_of_a_write = false);
+
     // The operations so far, in order: "open", "length", "read", "write", "sync", "replace" ...
     const std::vector<std::string>& operations() const { return operations_; }
     bool broke() const { return broke_; }
@@ -59,7 +63,7 @@ class FaultyFiles final : public Files {
     std::optional<Failure> next(const char* operation);
     Outcome write(BinaryFile& file, std::int64_t position, std::string_view bytes);
 
-    enum class Fault { none, failure_from, failure_at, full_disk, kill, kill_in_write };
+    enum class Fault { none, failure_from, failure_at, full_disk, kill, kill_in_write, stop_in_write };
 
     Files& inner_;
     Fault fault_ = Fault::none;
