@@ -58,7 +58,7 @@ TEST_P(EveryLayout, cellsOfBothTablesLieAtTheirOffsets) {
     EXPECT_EQ(archive.archivversion, layout);
     EXPECT_EQ(archive.daten(9, 12, 31, 96, spuranz), 1.5F);
     EXPECT_EQ(archive.daten(0, 1, 1, 1, 1), 2.5F);
-    if (layout == 2) EXPECT_EQ(archive.rechdaten(9, 12, 31, 96, 4), 3.5F);
+    EXPECT_EQ(archive.rechdaten(9, 12, 31, 96, 4), layout == 2 ? 3.5F : -997.0F);
     archive.set_rechdaten(9, 12, 31, 96, 4, 4.5F);
     ASSERT_TRUE(archive.save());
     EXPECT_EQ(files.bytes(archive_path, rech + 8070400 - 4, 4), bytes_of_float(4.5F));
@@ -156,7 +156,6 @@ TEST_F(Beside, mostOfItChangedGoesThroughANewFile) {
 
 TEST_F(Beside, aFileOfLayout1GrowsToLayout2) {
     make_sparse_archive(files, 60, 1);
-    EXPECT_EQ(files.length(archive_path) / 1000, 98460);
     for (int i = 0; i < 500; ++i)
         files.set_bytes(archive_path, std::int64_t{4} * 61 * up_to(403519) + 240 * up_to(1),
                         bytes_of_float(static_cast<float>(i)));
