@@ -3,6 +3,7 @@
 // tools/take-pictures.sh.
 #include "app/program.h"
 #include "desktop/frm_properties_view.h"
+#include "desktop/frmedit_view.h"
 #include "desktop/frmftast_view.h"
 #include "desktop/frmtelefon_view.h"
 #include "desktop/main_window.h"
@@ -12,12 +13,14 @@
 #include "desktop/style.h"
 #include "desktop/terminal_view.h"
 #include "plant/controller.h"
+#include "plant/demo_book.h"
 #include "runtime/disk_files.h"
 #include "runtime/text.h"
 #include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
 #include "support/fake_visualisation.h"
+#include "support/plant_network.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -67,6 +70,19 @@ void write_sites(Program& program, const std::string& folder) {
         (void)(*file)->write(archive_length, rest);
 }
 
+// The plant's own book, with a protocol file for each site.
+void write_book(Program& program, const plant::Directory& directory, const std::string& folder) {
+    const auto write = [&](const std::string& path, const std::string& bytes) {
+        (void)replace_content(program.world.files, path, bytes);
+    };
+    program.settings.telefonpfad = folder + "/anlagen.par";
+    write(folder + "/anlagen.par", plant::phone_book(directory, {true, ""}));
+    (void)program.world.files.make_folder(std::string(plant::protocol_folder));
+    for (const plant::Site& site : directory.sites())
+        write(std::string(plant::protocol_folder) + '\\' + plant::protocol_name(site),
+              plant::first_protocol_line({2026, 11, 1, 8, 0, 0, 0}));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -111,6 +127,8 @@ int main(int argc, char** argv) {
     FrmtelefonView frmtelefon(
         program.frmtelefon, program.module1,
         [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+    FrmeditView frmedit(
+        program.frmedit, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     const auto pass = [&](int ms) {
         const std::int64_t until = loop.now_ms() + ms;
         loop.post_at(until, [] {});
@@ -207,6 +225,37 @@ int main(int argc, char** argv) {
     program.frmTerminal.tbrToolBar("looksnap").Click();
     take(window, QStringLiteral("displayaufnahme"));
     program.frmTerminal.tbrToolBar("looksnap").Click();
+
+    program.frmTerminal.tbrToolBar("bildumschalt").Click();
+
+    program.receive.txtvergl.clear(); // the name of the site before stands there
+    window.resize(900, 420);
+
+    // ---- the three routes, and the protocol file of the last one ----
+    test::PlantNetwork network(loop, program, serial, tcp);
+    const plant::Directory& directory = network.sites.directory();
+    write_book(program, directory, folder.path().toStdString());
+    const auto reach = [&](std::size_t site, bool over_gateway, int ms, const QString& name) {
+        program.frmTerminal.txtterm.set_Text({});
+        program.phonebook_window.Form_Load();
+        program.frmtelefon.telnet.Value = over_gateway;
+        program.phonebook_lines.show(static_cast<int>(site) + 1);
+        program.dialling.Command1_Click();
+        program.module1.dialalter = 500; // too old for remote control to begin
+        pass(ms);
+        take(window, name);
+        program.frmTerminal.tbrToolBar("HangUpPhone").Click();
+        pass(500);
+    };
+    constexpr std::size_t on_tcp = 2, on_modem = 5, on_gateway = 7;
+    reach(on_modem, false, 7000, QStringLiteral("verbindung-modem"));
+    reach(on_gateway, true, 11'000, QStringLiteral("verbindung-gateway"));
+    reach(on_tcp, false, 800, QStringLiteral("verbindung-tcp"));
+    loop.post_at(loop.now_ms() + 500, [&] {
+        take(frmedit, QStringLiteral("editor"));
+        program.frmedit.Command1_Click();
+    });
+    program.events.edit_protocol_file();
     loop.end();
     return 0;
 }

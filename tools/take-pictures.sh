@@ -6,7 +6,7 @@ cmake --preset release >/dev/null
 cmake --build --preset release --target velorn-pictures
 mkdir -p docs/bilder/doppelt
 export QT_QPA_PLATFORM=offscreen
-timeout 60 build/release/velorn-pictures docs/bilder
-timeout 60 build/release/velorn-pictures docs/bilder dunkel
-QT_SCALE_FACTOR=2 timeout 60 build/release/velorn-pictures docs/bilder/doppelt
+timeout 120 build/release/velorn-pictures docs/bilder
+timeout 120 build/release/velorn-pictures docs/bilder dunkel
+QT_SCALE_FACTOR=2 timeout 120 build/release/velorn-pictures docs/bilder/doppelt
 echo "docs/bilder"

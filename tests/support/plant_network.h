@@ -17,37 +17,42 @@ namespace velorn::test {
 
 class PlantNetwork {
   public:
-    explicit PlantNetwork(TestProgram& program) : program_(program) {
-        program.program.world.gateway.address = plant::demo_gateway_address;
-        modem.send = [this](std::string_view bytes) { program_.serial.arrives(bytes); };
-        program.serial.on_write = [this](std::string_view bytes) {
-            program_.loop.post([this, text = std::string(bytes)] { modem.receive(text); });
+    explicit PlantNetwork(TestProgram& p) : PlantNetwork(p.loop, p.program, p.serial, p.tcp) {}
+    PlantNetwork(EventLoop& loop, Program& program, FakeSerialPort& serial, FakeTcpClient& tcp)
+        : loop_(loop), program_(program), serial_(serial), tcp_(tcp) {
+        program.world.gateway.address = plant::demo_gateway_address;
+        modem.send = [this](std::string_view bytes) { serial_.arrives(bytes); };
+        serial.on_write = [this](std::string_view bytes) {
+            loop_.post([this, text = std::string(bytes)] { modem.receive(text); });
         };
-        program.tcp.on_connect = [this] { connect(); };
-        program.tcp.on_close = [this] { leave(); };
-        program.tcp.on_write = [this](std::string_view bytes) {
-            program_.loop.post([visit = std::weak_ptr(visit_), text = std::string(bytes)] {
+        tcp.on_connect = [this] { connect(); };
+        tcp.on_close = [this] { leave(); };
+        tcp.on_write = [this](std::string_view bytes) {
+            loop_.post([visit = std::weak_ptr(visit_), text = std::string(bytes)] {
                 if (const auto there = visit.lock()) (*there)->receive(text);
             });
         };
     }
     ~PlantNetwork() {
         leave();
-        program_.serial.on_write = nullptr;
-        program_.tcp.on_connect = nullptr;
-        program_.tcp.on_close = nullptr;
-        program_.tcp.on_write = nullptr;
+        serial_.on_write = nullptr;
+        tcp_.on_connect = nullptr;
+        tcp_.on_close = nullptr;
+        tcp_.on_write = nullptr;
     }
     PlantNetwork(const PlantNetwork&) = delete;
     PlantNetwork& operator=(const PlantNetwork&) = delete;
 
   private:
-    TestProgram& program_;
+    EventLoop& loop_;
+    Program& program_;
+    FakeSerialPort& serial_;
+    FakeTcpClient& tcp_;
 
   public:
-    plant::Sites sites{program_.loop, plant::demo_directory()};
-    plant::Gateway gateway{program_.loop, sites};
-    plant::Modem modem{program_.loop, sites}; // on the serial line
+    plant::Sites sites{loop_, plant::demo_directory()};
+    plant::Gateway gateway{loop_, sites};
+    plant::Modem modem{loop_, sites}; // on the serial line
 
   private:
     enum class Answer { takes, refuses, silence };
@@ -58,16 +63,16 @@ class PlantNetwork {
     static constexpr int reset = 10054;
 
     std::optional<std::size_t> gateway_modem() const {
-        const Gateway& place = program_.program.world.gateway;
-        if (program_.tcp.host != place.address) return std::nullopt;
-        if (program_.tcp.port == place.port1) return 0;
-        if (program_.tcp.port == place.port2) return 1;
+        const Gateway& place = program_.world.gateway;
+        if (tcp_.host != place.address) return std::nullopt;
+        if (tcp_.port == place.port1) return 0;
+        if (tcp_.port == place.port2) return 1;
         return std::nullopt;
     }
     std::optional<std::size_t> site() const {
         const auto all = sites.directory().sites();
         for (std::size_t i = 0; i < all.size(); ++i) {
-            if (all[i].address == program_.tcp.host && all[i].port == program_.tcp.port) return i;
+            if (all[i].address == tcp_.host && all[i].port == tcp_.port) return i;
         }
         return std::nullopt;
     }
@@ -96,31 +101,31 @@ class PlantNetwork {
         const Answer how = answer();
         if (how == Answer::silence) return;
         visit_ = std::make_shared<std::unique_ptr<plant::Device>>();
-        program_.loop.post_at(program_.loop.now_ms() + trip_ms, [this, how, visit = std::weak_ptr(visit_)] {
+        loop_.post_at(loop_.now_ms() + trip_ms, [this, how, visit = std::weak_ptr(visit_)] {
             if (visit.expired()) return;
             if (how == Answer::refuses) {
-                program_.tcp.fails(refused, "Die Verbindung wurde abgelehnt");
+                tcp_.fails(refused, "Die Verbindung wurde abgelehnt");
             } else {
                 begin();
             }
         });
     }
     void begin() {
-        program_.tcp.succeeds();
+        tcp_.succeeds();
         *visit_ = who_answers();
         if (!*visit_) { // engaged: it is sent away at once
-            program_.tcp.ends();
+            tcp_.ends();
             return;
         }
         plant::Device& device = **visit_;
-        device.send = [this](std::string_view bytes) { program_.tcp.arrives(bytes); };
+        device.send = [this](std::string_view bytes) { tcp_.arrives(bytes); };
         device.hung_up = [this](plant::Ending ending) {
-            program_.loop.post([this, ending, visit = std::weak_ptr(visit_)] {
+            loop_.post([this, ending, visit = std::weak_ptr(visit_)] {
                 if (visit.expired()) return;
                 if (ending == plant::Ending::reset) {
-                    program_.tcp.fails(reset, "Die Verbindung wurde vom Partner abgebrochen");
+                    tcp_.fails(reset, "Die Verbindung wurde vom Partner abgebrochen");
                 } else {
-                    program_.tcp.ends();
+                    tcp_.ends();
                 }
             });
         };
@@ -128,7 +133,7 @@ class PlantNetwork {
     }
     void leave() {
         const Visit visit = std::move(visit_);
-        program_.tcp.drop();
+        tcp_.drop();
         if (!visit || !*visit) return;
         (*visit)->send = nullptr;
         (*visit)->hung_up = nullptr;
