@@ -81,7 +81,7 @@ void PictureView::fit() {
             if (!frame_.isActive()) frame_.start(0);
         };
         picture_.canvas = canvas_.get();
-        picture_.Cls();
+        canvas_->clear(picture_.BackColor);
         if (picture_.Paint) picture_.Paint();
         viewport()->update();
     }

@@ -64,10 +64,12 @@ struct PictureBox : Control {
     Property<int> Width{*this, 0}; // logical pixels
     Property<int> Height{*this, 0};
     Canvas* canvas = nullptr;
-    std::function<void()> Paint; // the canvas is a new one, or empty: its owner draws everything anew
+    std::function<void()> Paint;   // the canvas is a new one, or empty: its owner draws everything anew
+    std::function<void()> cleared; // by Cls: its owner forgets what stood there
 
     void Cls() const {
         if (canvas != nullptr) canvas->clear(BackColor);
+        if (cleared) cleared();
     }
 };
 

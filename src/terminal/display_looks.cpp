@@ -15,19 +15,25 @@ const Variant zero{std::int16_t{0}};
 constexpr double small_points = 3;
 constexpr double largest_points = 2160; // above it the control takes its largest
 
-// What a font property takes: a name that isn't empty, a size above 0.
-Outcome set_font_name(Property<std::string>& property, const Variant& value) {
-    const std::string name = value.text();
-    if (name.empty()) return failure(RunTimeError::invalid_property);
-    property = name;
-    return {};
-}
-
+// What a font property takes: a size above 0, and below a name that isn't empty.
 Outcome set_font_size(Property<double>& property, const Variant& value) {
     const Result<double> size = value.as_f64();
     if (!size) return size.failure();
     if (!(*size > 0)) return failure(RunTimeError::invalid_property);
     property = std::min(*size, largest_points);
+    return {};
+}
+
+// Both, or none of them: `size_refused` tells which one it was.
+template <class Control>
+Outcome set_font(Control& control, const Variant& name, const Variant& size, bool& size_refused) {
+    size_refused = false;
+    if (name.text().empty()) return failure(RunTimeError::invalid_property);
+    if (const Outcome set = set_font_size(control.FontSize, size); !set) {
+        size_refused = true;
+        return set;
+    }
+    control.FontName = name.text();
     return {};
 }
 
@@ -50,21 +56,20 @@ DisplayLooks::DisplayLooks(Dialogs& dialogs, Settings& settings, SettingsFiles& 
 }
 
 Outcome DisplayLooks::apply_display_font(std::string& refused) {
-    PictureBox& picture = frmTerminal_.Picture1;
-    refused = "fbschrift";
-    if (const Outcome set = set_font_name(picture.FontName, settings_.fbschrift); !set) return set;
-    refused = "fbschriftgr";
-    if (const Outcome set = set_font_size(picture.FontSize, settings_.fbschriftgr); !set) return set;
-    measure_cells();
-    return {};
+    bool size_refused = false;
+    const Outcome set =
+        set_font(frmTerminal_.Picture1, settings_.fbschrift, settings_.fbschriftgr, size_refused);
+    refused = size_refused ? "fbschriftgr" : "fbschrift";
+    if (set) measure_cells();
+    return set;
 }
 
 Outcome DisplayLooks::apply_terminal_font(std::string& refused) {
-    RichTextBox& txtterm = frmTerminal_.txtterm;
-    refused = "termschrift";
-    if (const Outcome set = set_font_name(txtterm.FontName, settings_.termschrift); !set) return set;
-    refused = "termschriftgr";
-    return set_font_size(txtterm.FontSize, settings_.termschriftgr);
+    bool size_refused = false;
+    const Outcome set =
+        set_font(frmTerminal_.txtterm, settings_.termschrift, settings_.termschriftgr, size_refused);
+    refused = size_refused ? "termschriftgr" : "termschrift";
+    return set;
 }
 
 void DisplayLooks::apply_display_colours() {
@@ -98,30 +103,38 @@ void DisplayLooks::display_changed() {
     if (changed) changed();
 }
 
+// Stores a font only when the control has taken it, so that the next start finds no font it must refuse.
+template <class Control>
+bool DisplayLooks::take_font(Control& control, const FontChoice& chosen, Variant& name, Variant& size) {
+    const Variant points = stored_size(chosen.points);
+    bool size_refused = false;
+    if (const Outcome set = set_font(control, chosen.name, points, size_refused); !set) {
+        dialogs_.message_box(set.failure().text, 48);
+        return false;
+    }
+    name = chosen.name;
+    size = points;
+    return true;
+}
+
 void DisplayLooks::zeisa_Click() {
     const Result<double> size = settings_.fbschriftgr.as_f64();
-    const PictureBox& picture = frmTerminal_.Picture1;
+    PictureBox& picture = frmTerminal_.Picture1;
     // While the calendar is on the picture's own font is the small one.
     const FontChoice now{picture.FontName, size ? *size : picture.FontSize.get()};
     if (const Result<FontChoice> chosen = dialogs_.choose_font(now)) {
-        settings_.fbschrift = chosen->name;
-        settings_.fbschriftgr = stored_size(chosen->points);
-        std::string refused;
-        if (const Outcome applied = apply_display_font(refused); !applied)
-            dialogs_.message_box(applied.failure().text, 48);
-        display_changed();
+        if (take_font(picture, *chosen, settings_.fbschrift, settings_.fbschriftgr)) {
+            measure_cells();
+            display_changed();
+        }
     }
     settings_files_.saveeinst();
 }
 
 void DisplayLooks::zeisa2_Click() {
-    const RichTextBox& txtterm = frmTerminal_.txtterm;
+    RichTextBox& txtterm = frmTerminal_.txtterm;
     if (const Result<FontChoice> chosen = dialogs_.choose_font({txtterm.FontName, txtterm.FontSize})) {
-        settings_.termschrift = chosen->name;
-        settings_.termschriftgr = stored_size(chosen->points);
-        std::string refused;
-        if (const Outcome applied = apply_terminal_font(refused); !applied)
-            dialogs_.message_box(applied.failure().text, 48);
+        (void)take_font(txtterm, *chosen, settings_.termschrift, settings_.termschriftgr);
     }
     settings_files_.saveeinst();
 }

@@ -43,6 +43,8 @@ class DisplayLooks {
     void mnuzeiabst_Click();
     void mnukorrinv_Click();
     void termfarb_Click();
+    template <class Control>
+    bool take_font(Control& control, const FontChoice& chosen, Variant& name, Variant& size);
     // Nothing when the person called it off, or after the box that says why it can't be taken.
     std::optional<double> asked_number(std::string_view prompt, std::string_view title, const Variant& now);
     void display_changed();

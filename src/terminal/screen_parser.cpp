@@ -1,7 +1,5 @@
 #include "terminal/screen_parser.h"
 
-#include "runtime/number_picture.h"
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -34,7 +32,7 @@ std::size_t printable_run(std::string_view text) {
     return i;
 }
 
-// From where to where a collector's digits run, as a number.
+// A blank counts as a zero.
 void add_digit(std::int16_t& number, char c) {
     number = static_cast<std::int16_t>(number * 10 + (c == ' ' ? 0 : c - '0'));
 }
@@ -284,23 +282,11 @@ void ScreenParser::collect(char c) {
     if (++state.linienpos == line_digits) line_is_complete();
 }
 
-// 1000 spans 40 cells across and 16 rows down.
 void ScreenParser::line_is_complete() {
     frmTerminal_.fbzustand = 0;
     state.linienpos = 0;
-    const auto scaled = [](int value, int cell, double span, double margin) {
-        return static_cast<int>(round_to_even(value / 1000.0 * cell * span + cell * margin));
-    };
-    const int x1 = scaled(state.rx1, frmTerminal_.zeichenbreite, 40, 1.2);
-    const int x2 = scaled(state.rx2, frmTerminal_.zeichenbreite, 40, 1.2);
-    int y1 = scaled(state.ry1, frmTerminal_.zeilenhoehe, 16, 1.1);
-    int y2 = scaled(state.ry2, frmTerminal_.zeilenhoehe, 16, 1.1);
-    if (x1 == x2 && y1 == y2) {
-        --y1;
-        ++y2;
-    }
     state.aenderungen = 0;
-    screen_events.line(x1, y1, x2, y2, state.linienart == 1);
+    screen_events.line(state.rx1, state.ry1, state.rx2, state.ry2, state.linienart == 1);
 }
 
 void ScreenParser::keep_graph_text(std::string_view text) {

@@ -30,7 +30,7 @@ struct ScreenState {
 
 // What the stream asks of others, each at its character.
 struct ScreenEvents {
-    // A line from (x1, y1) to (x2, y2) in logical pixels of Picture1; drawn or rubbed out.
+    // A line from (x1, y1) to (x2, y2), as the stream says them: 0 to 999; drawn or rubbed out.
     Event<int, int, int, int, bool> line;
     Event<> new_screen; // the display is back in its normal size, without a calendar
     Event<> calendar;   // the weekly calendar begins

@@ -236,15 +236,103 @@ TEST(TheCarriedBoxes, holdTheirTexts) {
     EXPECT_EQ(p.frmTerminal.txttest2.Text.get(), "pass");
 }
 
-TEST(TheMenu, hasItsCaptions) {
+TEST(TheMenu, hasItsItemsAndCaptionsInOrder) {
+    struct Row {
+        int depth;
+        std::string_view name, caption;
+    };
+    static constexpr Row expected[] = {
+        {0, "mnuFile", "&Datei"_w},
+        {1, "mnuOpenLog", "LOG-Datei ö&ffnen..."_w},
+        {1, "mnuCloseLog", "LOG-Datei s&chließen"_w},
+        {1, "", ""},
+        {1, "mnuFileExit", "&Beenden"_w},
+        {0, "mnuPort", "&COM-Anschluß"_w},
+        {1, "mnuOpen", "Anschluß ö&ffnen"_w},
+        {1, "mnuProperties", "&Einstellungen..."_w},
+        {1, "", ""},
+        {1, "modinit", "Modem initialisieren"_w},
+        {1, "modsearch", "Modem suchen"_w},
+        {0, "mnuMSComm", "&MSComm"_w},
+        {1, "mnuInputLen", "Eingabe&länge..."_w},
+        {1, "mnuRThreshold", "&Empfangslimit..."_w},
+        {1, "mnuSThreshold", "&Sendelimit..."_w},
+        {1, "mnuParRep", "P&arität ersetzen..."_w},
+        {1, "mnuDTREnable", "&DTR aktivieren"_w},
+        {1, "", ""},
+        {1, "mnuHCD", "&CD aktiv..."_w},
+        {1, "mnuHCTS", "C&TS aktiv..."_w},
+        {1, "mnuHDSR", "DS&R aktiv..."_w},
+        {0, "mnuCall", "&Anruf"_w},
+        {1, "mnutelefonbuch", "Telefonnummer &wählen..."_w},
+        {1, "mnuHangUp", "Telefon &auflegen"_w},
+        {1, "", ""},
+        {1, "fernbedauto", "Fernbedienung automatisch starten"_w},
+        {0, "mnuzeisa", "&Darstellung"_w},
+        {1, "zeisa", "Zeichensatz Fernbedienung"_w},
+        {1, "mnukorrinv", "Korrekturwert inverse Darstellung"_w},
+        {1, "mnuzeiabst", "Zeichenabstand Fernbedienung"_w},
+        {1, "termfarb", "Fernbedienung blau/gelb"_w},
+        {1, "zeisa2", "Zeichensatz Terminalfenster"_w},
+        {1, "", ""},
+        {1, "frakt", "Fraktal berechnen"_w},
+        {1, "informatik", "Informatik"_w},
+        {0, "mnubat", "&Gepufferte Daten"_w},
+        {1, "mnubatt1", "BATRAM1 sichern"_w},
+        {2, "savebattvx", "TVX: h0.BATRAM1 auf PC Datei sichern (über Ser2)"_w},
+        {2, "savebattvx", "DLS: r0.BATRAM1 auf PC Datei sichern (über Ser2)"_w},
+        {2, "savebattvx", "KOLU: r1.BATRAM1 auf PC Datei sichern (über Ser2)"_w},
+        {2, "savebattvx", "KOLU: r1.BATRAM1 auf PC Datei sichern (über Ser1)"_w},
+        {2, "savebattvx2", "TVX/Zarmo: h0/r0.BIN auf PC Datei sichern (Ser1 oder Ser2)"_w},
+        {1, "mnubatt2", "BATRAM1 wiederherstellen"_w},
+        {2, "sendbattvx", "TVX: h0.BATRAM1 wiederherstellen von PC Datei (über Ser2)"_w},
+        {2, "sendbattvx", "DLS: r0.BATRAM1 wiederherstellen von PC Datei (über Ser2)"_w},
+        {2, "sendbattvx", "KOLU: r1.BATRAM1 wiederherstellen von PC Datei (über Ser2)"_w},
+        {2, "sendbattvx", "KOLU: r1.BATRAM1 wiederherstellen von PC Datei (über Ser1)"_w},
+        {0, "mnuentwi", "&Entwicklung"_w},
+        {1, "mnuftast", "Funktionstastenbelegung"_w},
+        {1, "", ""},
+        {1, "mnuzarmo", "Zarmo"_w},
+        {1, "mnutvxt", "TVX (Gelmar)"_w},
+        {1, "mnuwendra", "TVX (Wendra!!!)"_w},
+        {1, "mnudls", "DLS"_w},
+        {1, "mnudls2", "DLS Modulst. Ruthen"_w},
+        {1, "", ""},
+        {1, "mnusendtext", "Datei *.*  >  ed.test senden"_w},
+        {1, "mnusendtext", "Datei*.* > h0.test senden"_w},
+        {1, "mnuloadText", "Datei *.psr >   laden"_w},
+        {1, "mnusendonly", "Datei nur senden"_w},
+        {1, "mnuCHKSUM", "Checksumme PC-Datei"_w},
+        {1, "mnudatchange", "Dateikonvertierung"_w},
+        {1, "mnubatram", "Konvertieren zu BATRAM-Datei"_w},
+        {1, "", ""},
+        {1, "uhrterm", "Uhrzeit in Terminalausgaben"_w},
+        {1, "testwindow", "Testfenster"_w},
+        {1, "resetcount", "Neustartzähler"_w},
+    };
     TestProgram p;
-    EXPECT_EQ(p.frmTerminal.mnuOpen.Caption.get(), "Anschluß ö&ffnen"_w);
-    EXPECT_EQ(p.frmTerminal.mnuCloseLog.Caption.get(), "LOG-Datei s&chließen"_w);
-    for (const MenuRow& row : FrmTerminal::menu_rows()) {
-        if (row.item != nullptr) {
-            EXPECT_EQ(row.item(p.frmTerminal).Caption.get(), row.caption);
+    const auto rows = FrmTerminal::menu_rows();
+    ASSERT_EQ(rows.size(), std::size(expected));
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(rows[i].depth, expected[i].depth) << i;
+        EXPECT_EQ(rows[i].name, expected[i].name) << i;
+        EXPECT_EQ(rows[i].item == nullptr, expected[i].name.empty()) << i;
+        if (rows[i].item != nullptr) {
+            EXPECT_EQ(rows[i].item(p.frmTerminal).Caption.get(), expected[i].caption) << i;
         }
     }
+}
+
+TEST(TheLamps, haveTheirLabels) {
+    VirtualEventLoop loop;
+    const FrmTerminal f(loop);
+    EXPECT_EQ(f.Label2.Caption.get(), "TxD");
+    EXPECT_EQ(f.Label3.Caption.get(), "RxD");
+    EXPECT_EQ(f.Label4.Caption.get(), "COM  geschlossen");
+    EXPECT_EQ(f.Label5.Caption.get(), "TCP/IP");
+    EXPECT_EQ(f.Label6.Caption.get(), "RxD");
+    EXPECT_EQ(f.Label7.Caption.get(), "TxD");
+    EXPECT_EQ(f.Label16.Caption.get(), "IP-Verbindung unterbrochen");
 }
 
 TEST(TwoPrograms, liveInOneProcessWithoutTouchingEachOther) {

@@ -197,6 +197,27 @@ TEST(Upgrades, fromVersion3TakeElevenRewritesAndTwelveWithoutALanFile) {
     }
 }
 
+TEST(Upgrades, ofAFileThatStopsBehindItsVersionKeepThatAndAddTheDefaults) {
+    TestProgram p;
+    const Settings before = user_settings();
+    std::string phone_book;
+    encode(before.telefonpfad, phone_book);
+    std::string cut = einst_of_version(before, 3);
+    cut.resize(cut.size() - phone_book.size());
+    p.files.set_content(einst, cut);
+    p.files.set_content(datpfad, file_of(datpfad_fields(), before));
+    p.files.set_content(lan, file_of(lan_fields(), before));
+    p.program.start.Form_Load();
+    EXPECT_EQ(p.settings.comsettings.text(), "9600,e,7,2");
+    EXPECT_TRUE(p.settings.telefonpfad.empty());
+    EXPECT_EQ(p.settings.ftast[12].text(), "<01>define.x--clock; ALL 8 SEC x");
+    EXPECT_EQ(p.settings.altftast[6].text(), "<01>EDINFO");
+    EXPECT_EQ(p.settings.einstversion.number(), 4);
+    EXPECT_EQ(p.settings.einstversion2.number(), 20);
+    EXPECT_EQ(p.settings.neustartzaehler.number(), 1);
+    EXPECT_EQ(p.files.replacements(einst), 11);
+}
+
 TEST(TheLineNumber, isTheOnePlainValueBetweenTaggedOnes) {
     Settings a = user_settings();
     Settings b = a;

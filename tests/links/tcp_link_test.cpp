@@ -152,6 +152,7 @@ TEST(TcpLink, aNewAttemptStopsTheTimersOfTheOneBefore) {
 
 TEST(TcpLink, tellsARefusalOfADirectConnection) {
     Tcp p;
+    p.module1.tcpoffen = true;
     p.tcp.fails(10061, "abgelehnt");
     p.loop.settle();
     EXPECT_EQ(p.terminal(), "\n\r\nWinsock Fehler 10061 abgelehnt\r\nVerbindung wird getrennt");
@@ -166,6 +167,8 @@ TEST(TcpLink, passesARefusalByTheGatewayOnToItsTimer) {
     p.loop.settle();
     EXPECT_EQ(p.terminal(), "");
     EXPECT_EQ(p.module1.verbindungticks, 12);
+    EXPECT_EQ(p.tcp.closes, 0);
+    EXPECT_TRUE(p.frmTerminal.Timer23.Enabled);
     p.loop.pass(1000);
     EXPECT_EQ(p.terminal(), ".\r\nVersuch fehlgeschlagen");
     EXPECT_EQ(p.tcp.closes, 1);
@@ -224,6 +227,19 @@ TEST(TcpAttempts, ofTheUnusedTimerEndAfterTenSecondsToo) {
     EXPECT_FALSE(p.frmTerminal.Timer25.Enabled);
 }
 
+TEST(TcpAttempts, ofTheUnusedTimerStopTheGatewaysTimerAndCloseOnce) {
+    Tcp p;
+    p.module1.verbindungticks = 9;
+    p.frmTerminal.Timer25.Enabled = true;
+    p.loop.post_at(p.loop.now_ms() + 500, [&p] { p.frmTerminal.Timer23.Enabled = true; });
+    p.loop.pass(1000);
+    EXPECT_FALSE(p.frmTerminal.Timer23.Enabled);
+    p.loop.pass(5000);
+    EXPECT_EQ(p.terminal(), ".\r\nVersuch fehlgeschlagen");
+    EXPECT_EQ(p.tcp.closes, 1);
+    EXPECT_THAT(p.news, IsEmpty());
+}
+
 TEST(TcpAttempts, stopCountingWhenTheSiteConnects) {
     Tcp p(true);
     p.module1.gatewayoffen = true;
@@ -255,6 +271,7 @@ TEST(TcpClosing, byTheToolbarLeavesTheDisplayFirst) {
     EXPECT_EQ(p.tcp.take_written(), "E");
     EXPECT_EQ(p.loop.now_ms(), 1600 + 2000);
     EXPECT_EQ(p.tcp.closes, 1);
+    EXPECT_FALSE(p.module1.tcpoffen);
 }
 
 TEST(TcpClosing, byTheToolbarHangsUpTheModemWhereTcpIsNotOpen) {
@@ -276,18 +293,28 @@ TEST(TcpClosing, byTheToolbarHangsUpTheGatewaysModemAndWaitsTwoSeconds) {
     EXPECT_FALSE(p.module1.tcpoffen);
 }
 
+TEST(TcpClosing, byTheToolbarOverTheGatewayWhereTcpIsNotOpen) {
+    Tcp p(true);
+    const SentAt sent(p);
+    p.frmTerminal.tbrToolBar("HangUpPhone").Click();
+    EXPECT_THAT(sent.all, ElementsAre("0 +++", "1500 +++", "3000 ATH\r"));
+    EXPECT_EQ(p.loop.now_ms(), sent.begin + 4500 + 2000);
+    EXPECT_EQ(p.tcp.closes, 1);
+}
+
 TEST(TcpClosing, afterADownload) {
     struct Case {
         bool over_gateway, tcp_open;
         std::string terminal;
-        std::string tcp_sent;
+        std::string tcp_sent, serial_sent;
         int closes;
         int takes;
     };
     const Case cases[] = {
-        {true, true, "", "++++++ATH\r", 1, 6500},
-        {false, true, "\r\n\r\nVerbindung beendet", "", 1, 0},
-        {false, false, "", "", 0, 4500},
+        {true, true, "", "++++++ATH\r", "", 1, 6500},
+        {true, false, "", "", "++++++ATH\r", 1, 6500},
+        {false, true, "\r\n\r\nVerbindung beendet", "", "", 1, 0},
+        {false, false, "", "", "++++++ATH\r", 0, 4500},
     };
     for (const Case& one : cases) {
         Tcp p(one.over_gateway);
@@ -299,6 +326,7 @@ TEST(TcpClosing, afterADownload) {
         p.loop.settle();
         EXPECT_EQ(p.terminal(), one.terminal);
         EXPECT_EQ(p.tcp.take_written(), one.tcp_sent);
+        EXPECT_EQ(p.sent(), one.serial_sent);
         EXPECT_EQ(p.tcp.closes, one.closes);
         EXPECT_FALSE(p.module1.tcpoffen);
         EXPECT_GE(p.loop.now_ms(), 1600 + 1000 + one.takes);

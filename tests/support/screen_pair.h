@@ -16,8 +16,10 @@ class ScreenPair {
 
     ScreenPair() {
         real.parser.screen_events.line.connect([this](int x1, int y1, int x2, int y2, bool drawn) {
-            real.asked.push_back("line " + std::to_string(x1) + ' ' + std::to_string(y1) + ' ' +
-                                 std::to_string(x2) + ' ' + std::to_string(y2) + ' ' + (drawn ? "1" : "0"));
+            const LineEnds ends = in_pixels({x1, y1, x2, y2}, real.f.zeichenbreite, real.f.zeilenhoehe);
+            real.asked.push_back("line " + std::to_string(ends.x1) + ' ' + std::to_string(ends.y1) + ' ' +
+                                 std::to_string(ends.x2) + ' ' + std::to_string(ends.y2) + ' ' +
+                                 (drawn ? "1" : "0"));
         });
     }
 

@@ -1,6 +1,6 @@
 #include "runtime/text.h"
+#include "support/mirrored_program.h"
 #include "support/sent_at.h"
-#include "support/test_program.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,21 +15,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
-const std::string e = "\x1b";
-
-std::string put(int row, int column, const std::string& text) {
-    return e + "=" + std::string{static_cast<char>(row + 31), static_cast<char>(column + 31)} + text;
-}
-
-struct Mirrored : TestProgram {
-    RecorderCanvas canvas;
-
-    Mirrored() {
-        start();
-        frmTerminal.Picture1.canvas = &canvas;
-        receive("*FERNBED");
-    }
-};
+using Mirrored = MirroredProgram;
 
 } // namespace
 
@@ -155,6 +141,28 @@ TEST(RemoteControl, togglesStartingByItself) {
     EXPECT_NE(p.files.content("c:\\velorn\\einst.par"), saved);
 }
 
+TEST(RemoteControl, showsNothingOfWhatStoodThereBeforeItWasEnteredAnew) {
+    Mirrored p;
+    p.receive(put(3, 4, "A") + "\x1b\x1bQ0000005000001");
+    for (int i = 0; i < 2; ++i) p.frmTerminal.tbrToolBar("bildumschalt").Click();
+    p.canvas.forget();
+    p.frmTerminal.Picture1.Paint();
+    EXPECT_THAT(p.canvas.strokes(), ElementsAre(StartsWith("clear")));
+    p.receive(put(5, 6, "B"));
+    p.canvas.forget();
+    p.frmTerminal.Picture1.Paint();
+    EXPECT_THAT(p.canvas.strokes(), ElementsAre(StartsWith("clear"), StartsWith("text 72 95 'B'")));
+}
+
+TEST(RemoteControl, startsFromHereWithAnEmptyDisplayToo) {
+    Mirrored p;
+    p.receive("A\x1b\x1bQ0000005000001");
+    p.program.remote_control.fernbedstart();
+    p.canvas.forget();
+    p.frmTerminal.Picture1.Paint();
+    EXPECT_THAT(p.canvas.strokes(), ElementsAre(StartsWith("clear")));
+}
+
 // ---- the stream ----
 
 TEST(RemoteControl, readsTheControllersDisplayOverEitherLink) {
@@ -188,6 +196,28 @@ TEST(RemoteControl, acknowledgesALogFilePastTheTraceOnTheSerialLink) {
     EXPECT_EQ(opened, 1);
     EXPECT_EQ(p.sent(), "\r");
     EXPECT_EQ(p.frmTerminal.txttest10.Text().find("out:"), std::string::npos);
+}
+
+TEST(RemoteControl, acknowledgesALogFileOnTheSerialLinkThatAskedForItAlthoughTcpIsOpen) {
+    Mirrored p;
+    p.module1.tcpoffen = true;
+    p.tcp.current = TcpState::connected;
+    (void)p.sent();
+    std::string sent_before_it_opened = "none";
+    p.frmTerminal.mnuOpenLog.Click = [&] { sent_before_it_opened = p.sent(); };
+    p.receive("\x1b\x1bR");
+    EXPECT_EQ(sent_before_it_opened, "");
+    EXPECT_EQ(p.sent(), "\r");
+    EXPECT_EQ(p.tcp.take_written(), "");
+}
+
+TEST(RemoteControl, acknowledgesALogFileThatNobodyWantsToo) {
+    Mirrored p;
+    (void)p.sent();
+    p.dialogs.expect_file(std::string("LOG-Datei öffnen"_w), failure(RunTimeError::dialog_cancelled));
+    p.receive("\x1b\x1bR");
+    EXPECT_EQ(p.sent(), "\r");
+    EXPECT_TRUE(p.frmTerminal.fernbedaktiv);
 }
 
 TEST(RemoteControl, acknowledgesALogFileThroughTheOneWayOutOverTcp) {
@@ -294,112 +324,6 @@ TEST(Calendar, hasARulerOfHoursAboveItsColumns) {
     EXPECT_EQ(ruler.substr(36, 2), "12");
     EXPECT_EQ(ruler.substr(54, 2), "18");
     EXPECT_EQ(ruler.substr(72, 2), "24");
-}
-
-// ---- what the menu changes ----
-
-TEST(DisplayLooks, tellsTheViewWhenTheCellsHaveTheirNewSize) {
-    Mirrored p;
-    int width = 0;
-    p.frmTerminal.Picture1.on_change = [&] { width = p.frmTerminal.zeichenbreite; };
-    p.dialogs.expect_input("Zeichenabstand", "1,25");
-    p.frmTerminal.mnuzeiabst.Click();
-    EXPECT_EQ(width, 18);
-}
-
-TEST(DisplayLooks, changesColoursAndPaintsAnew) {
-    Mirrored p;
-    p.receive("\x1a"
-              "A");
-    p.canvas.forget();
-    p.frmTerminal.termfarb.Click();
-    EXPECT_EQ(p.settings.fbfarbe, Variant(std::int16_t{1}));
-    EXPECT_TRUE(p.frmTerminal.termfarb.Checked);
-    EXPECT_EQ(p.frmTerminal.Picture1.BackColor.get(), colour::rgb(0, 0, 192));
-    EXPECT_THAT(p.canvas.strokes(),
-                ElementsAre("clear #0000c0", "text 12 19 'A' Courier New 14 in 12x19 #ffff00"));
-    p.canvas.forget();
-    p.frmTerminal.termfarb.Click();
-    EXPECT_EQ(p.settings.fbfarbe, Variant(std::int16_t{0}));
-    EXPECT_FALSE(p.frmTerminal.termfarb.Checked);
-    EXPECT_THAT(p.canvas.strokes(),
-                ElementsAre("clear #c0c0ff", "text 12 19 'A' Courier New 14 in 12x19 #000000"));
-}
-
-TEST(DisplayLooks, takesTheDisplaysFontFromTheDialog) {
-    Mirrored p;
-    p.dialogs.expect_font({"Courier New", 14}, FontChoice{"Consolas", 20});
-    p.frmTerminal.zeisa.Click();
-    EXPECT_EQ(p.frmTerminal.Picture1.FontName.get(), "Consolas");
-    EXPECT_EQ(p.settings.fbschrift, Variant("Consolas"));
-    EXPECT_EQ(p.settings.fbschriftgr, Variant(std::int16_t{20}));
-    EXPECT_EQ(p.frmTerminal.zeichenbreite, 17); // 0.87 * 20 = 17.4
-    EXPECT_EQ(p.frmTerminal.zeilenhoehe, 28);   // 27.84
-    EXPECT_NE(p.files.content("c:\\velorn\\einst.par").find("Consolas"), std::string::npos);
-}
-
-TEST(DisplayLooks, keepsTheDisplaysFontWhenTheDialogIsCancelled) {
-    Mirrored p;
-    p.dialogs.expect_font({"Courier New", 14}, failure(RunTimeError::dialog_cancelled));
-    p.frmTerminal.zeisa.Click();
-    EXPECT_EQ(p.frmTerminal.Picture1.FontSize, 14);
-}
-
-TEST(DisplayLooks, takesTheTerminalsFontFromTheDialog) {
-    Mirrored p;
-    const FontChoice now{p.frmTerminal.txtterm.FontName, p.frmTerminal.txtterm.FontSize};
-    p.dialogs.expect_font(now, FontChoice{"Consolas", 10.5});
-    p.frmTerminal.zeisa2.Click();
-    EXPECT_EQ(p.frmTerminal.txtterm.FontName.get(), "Consolas");
-    EXPECT_EQ(p.frmTerminal.txtterm.FontSize, 10.5);
-    EXPECT_EQ(p.settings.termschrift, Variant("Consolas"));
-    EXPECT_EQ(p.settings.termschriftgr.number(), 10.5);
-}
-
-TEST(DisplayLooks, clampsTheCellSpacingAndMeasuresAnew) {
-    struct Case {
-        const char* answer;
-        double stored;
-        int width;
-    };
-    constexpr Case cases[] = {{"1,1", 1.1, 15}, {"2", 1.25, 18}, {"0.5", 0.75, 10}};
-    for (const Case& one : cases) {
-        Mirrored p;
-        p.dialogs.expect_input(std::string("Wert für Zeichenabstand Fernbedienung eingeben: (0,75 - 1,25)"_w),
-                               one.answer);
-        p.frmTerminal.mnuzeiabst.Click();
-        EXPECT_EQ(p.dialogs.last_title, "Zeichenabstand Fernbedienung");
-        EXPECT_EQ(p.dialogs.last_proposal, "0,87");
-        EXPECT_EQ(p.settings.zeichenabstand.number(), one.stored);
-        EXPECT_EQ(p.frmTerminal.zeichenbreite, one.width);
-    }
-}
-
-TEST(DisplayLooks, clampsTheCorrectionOfInverseBoxes) {
-    struct Case {
-        const char* answer;
-        int stored;
-    };
-    constexpr Case cases[] = {{"3", 3}, {"9", 5}, {"-9", -5}, {"2,5", 2}};
-    for (const Case& one : cases) {
-        Mirrored p;
-        p.dialogs.expect_input(std::string("Koorekturwert für inverse Darstellung eingeben: (-5 bis +5)"_w),
-                               one.answer);
-        p.frmTerminal.mnukorrinv.Click();
-        EXPECT_EQ(p.dialogs.last_title, "Korrekturwert");
-        EXPECT_EQ(p.settings.korrinv, Variant(static_cast<std::int16_t>(one.stored)));
-    }
-}
-
-TEST(DisplayLooks, tellsWhatIsNoNumberAndKeepsTheValue) {
-    Mirrored p;
-    p.dialogs.expect_input("Koorekturwert", "viel");
-    p.dialogs.expect("Typen unvertr", 48, Answer::ok);
-    p.frmTerminal.mnukorrinv.Click();
-    EXPECT_EQ(p.settings.korrinv.number(), 0);
-    p.dialogs.expect_input("Zeichenabstand", std::nullopt);
-    p.frmTerminal.mnuzeiabst.Click();
-    EXPECT_EQ(p.settings.zeichenabstand.number(), 0.87);
 }
 
 } // namespace velorn::test

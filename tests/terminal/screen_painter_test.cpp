@@ -138,4 +138,80 @@ TEST(ScreenPainter, losesNothingWhileNoPictureIsThere) {
     EXPECT_EQ(count_of(strokes, "line"), 1U);
 }
 
+TEST(ScreenPainter, forgetsWhatThePictureWasClearedOf) {
+    for (const bool there : {true, false}) { // also while no picture is there
+        ScreenRig r;
+        if (!there) r.f.Picture1.canvas = nullptr;
+        r.feed("A" + std::string(200, 'x') + "\x1b\x1bQ0000005000001");
+        r.f.Picture1.Cls();
+        r.put_cursor(3, 5);
+        r.feed("B");
+        r.f.Picture1.canvas = &r.canvas;
+        (void)r.strokes();
+        r.f.Picture1.Paint();
+        EXPECT_THAT(r.strokes(), ElementsAre("clear #0000c0", StartsWith("text 60 57 'B'")));
+    }
+}
+
+TEST(ScreenPainter, paintsAllOfTheScreenAgainOnceManyCellsChange) {
+    ScreenRig r;
+    r.put_cursor(9, 9);
+    r.feed("A");
+    r.f.Picture1.Cls();
+    r.put_cursor(1, 1);
+    r.feed(std::string(151, 'x'));
+    EXPECT_THAT(r.strokes(), Contains(StartsWith("text 108 171 'A'")));
+    r.painter.paint_anew();
+    EXPECT_THAT(r.strokes(), Contains(StartsWith("text 108 171 'A'")));
+}
+
+TEST(ScreenPainter, paintsAScrolledScreenCellByCell) {
+    ScreenRig r;
+    r.put_cursor(28, 1);
+    r.feed("x");
+    (void)r.strokes();
+    r.feed("\r");
+    const auto strokes = r.strokes();
+    EXPECT_EQ(count_of(strokes, "clear"), 0U);
+    EXPECT_EQ(count_of(strokes, "box"), 24U * 80U);
+    EXPECT_EQ(count_of(strokes, "text"), 1U);
+    EXPECT_THAT(strokes, Contains(StartsWith("text 12 437 'x'"))); // row 23
+}
+
+TEST(ScreenPainter, paintsCellByCellBehindALineHoweverMuchChanged) {
+    ScreenRig r;
+    r.feed(std::string(151, 'x') + "\x1b\x1bQ0000005000001A");
+    const auto strokes = r.strokes();
+    EXPECT_THAT(strokes.front(), StartsWith("line"));
+    EXPECT_EQ(count_of(strokes, "line"), 1U);
+    EXPECT_EQ(count_of(strokes, "clear"), 0U);
+    EXPECT_EQ(count_of(strokes, "box"), 80U);
+}
+
+TEST(ScreenPainter, drawsASingleLineAndItsOneCellWithoutClearing) {
+    ScreenRig r;
+    r.put_cursor(2, 2);
+    r.feed("\x1b\x1bQ0000005000001A");
+    EXPECT_THAT(r.strokes(), ElementsAre("line 14 21 254 21 #ffff00", "box 23 38 36 58 #0000c0",
+                                         "text 24 38 'A' Courier 14 in 12x19 #ffff00"));
+}
+
+TEST(ScreenPainter, roundsALinesPlaceHalfToEven) {
+    ScreenRig r;
+    r.f.zeilenhoehe = 15; // 15 x 1.1 = 16.5; 0.125 x 15 x 16 + 16.5 = 46.5
+    r.feed("\x1b\x1bQ0000005001251");
+    EXPECT_THAT(r.strokes(), ElementsAre("line 14 16 254 46 #ffff00"));
+}
+
+TEST(ScreenPainter, scalesALineByTheCellsThatThereAreNow) {
+    ScreenRig r;
+    r.feed("\x1b\x1bQ0000000000001\x1b\x1bQ0000005000000");
+    (void)r.strokes();
+    r.f.zeichenbreite = 18;
+    r.f.zeilenhoehe = 29;
+    r.f.Picture1.Paint();
+    EXPECT_THAT(r.strokes(),
+                ElementsAre("clear #0000c0", "line 22 31 22 33 #ffff00", "line 22 32 382 32 #0000c0"));
+}
+
 } // namespace velorn::test
