@@ -70,8 +70,8 @@ class Files {
     virtual Outcome make_folder(std::string_view path) = 0;
 
     // Notes that somebody works with the file, in a neighbour "<path>.sperre" that goes when the lock goes or
-    // its program dies. It hinders nobody: error 55 tells that somebody else, here or in another program, holds
-    // it. The file itself need not exist.
+    // its program dies. It hinders nobody: error 55 tells that somebody else, here or in another program,
+    // holds it. The file itself need not exist.
     virtual Result<std::unique_ptr<FileLock>> lock(std::string_view path) = 0;
 };
 
