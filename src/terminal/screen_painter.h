@@ -35,7 +35,7 @@ class ScreenPainter {
     void paint();
 
     // What the picture shows, the lines drawn so far included: it is a new one, or fonts or colours are. What
-    // it was cleared of stays away until the controller sends it again.
+    // it was cleared of stays away until it is sent again or everything is painted.
     void paint_anew();
 
   private:
@@ -59,7 +59,7 @@ class ScreenPainter {
     FrmTerminal& frmTerminal_;
     const Settings& settings_;
     ScreenParser& parser_;
-    std::deque<Line> lines_;                                        // since everything was painted last
+    std::deque<Line> lines_;                                        // since all was painted or cleared
     std::bitset<(Schirm::columns + 1) * (Schirm::rows + 1)> shown_; // cells painted since it was cleared
 };
 

@@ -71,6 +71,15 @@ TEST(PictureView, followsItsCellsWhenTheyChange) {
     EXPECT_EQ(v.painted, 2);
 }
 
+TEST(PictureView, doesNotTellItsOwnerThatItClearedWhatItOnlyPaintsAnew) {
+    View v;
+    int cleared = 0;
+    v.picture.cleared = [&cleared] { ++cleared; };
+    v.view.resize(300, 300);
+    EXPECT_EQ(v.painted, 2);
+    EXPECT_EQ(cleared, 0);
+}
+
 TEST(PictureView, showsWhatIsDrawnLater) {
     View v;
     QApplication::processEvents();
