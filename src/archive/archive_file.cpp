@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <vector>
 
 namespace velorn {
@@ -15,9 +14,6 @@ using namespace archive_layout;
 static_assert(std::endian::native == std::endian::little, "tables are read as they stand in the file");
 
 namespace {
-
-// What stays in the processor's cache on its way from the system to the table.
-constexpr std::int64_t piece = 256 * 1024;
 
 bool is_missing(const Failure& failure) {
     return failure.is(RunTimeError::file_not_found) || failure.is(RunTimeError::path_not_found);
@@ -39,14 +35,17 @@ Result<std::unique_ptr<BinaryFile>> open_unchanged(Files& files, const ArchiveFi
     return opened;
 }
 
+Outcome ArchiveReader::open() {
+    if (open_) return {};
+    Result<std::unique_ptr<BinaryFile>> opened = open_unchanged(files_, file_);
+    if (!opened) return opened.failure();
+    open_ = std::move(opened).value();
+    return {};
+}
+
 Result<std::string> ArchiveReader::bytes(std::int64_t offset, std::int64_t count) {
-    if (!open_) {
-        Result<std::unique_ptr<BinaryFile>> opened = open_unchanged(files_, file_);
-        if (!opened) return opened.failure();
-        if (!*opened) return std::string();
-        open_ = std::move(opened).value();
-    }
-    return open_->read(offset + 1, count);
+    if (const Outcome opened = open(); !opened) return opened.failure();
+    return open_ ? open_->read(offset + 1, count) : Result<std::string>(std::string());
 }
 
 Outcome ArchiveReader::table(std::int64_t at, int columns, std::int64_t first_row, std::span<float> values) {
@@ -55,15 +54,13 @@ Outcome ArchiveReader::table(std::int64_t at, int columns, std::int64_t first_ro
     const std::int64_t there =
         std::clamp<std::int64_t>(file_.usable - begin, 0, size) / value_size * value_size;
     if (there < size) fill_rows(first_row, columns, values);
-    for (std::int64_t done = 0; done < there;) {
-        const std::int64_t count = std::min(piece, there - done);
-        const Result<std::string> got = bytes(begin + done, count);
-        if (!got) return got.failure();
-        if (static_cast<std::int64_t>(got->size()) < count) return failure(RunTimeError::past_end_of_file);
-        std::memcpy(values.data() + done / value_size, got->data(), got->size());
-        done += count;
-    }
-    return {};
+    if (there == 0) return {};
+    if (const Outcome opened = open(); !opened) return opened;
+    if (!open_) return failure(RunTimeError::file_not_found);
+    const std::span<char> bytes(reinterpret_cast<char*>(values.data()), static_cast<std::size_t>(there));
+    const Result<std::int64_t> got = open_->read_into(begin + 1, bytes);
+    if (!got) return got.failure();
+    return *got == there ? Outcome{} : Outcome{failure(RunTimeError::past_end_of_file)};
 }
 
 Outcome ArchiveReader::daten(std::int64_t first_row, std::span<float> values) {

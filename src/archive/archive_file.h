@@ -51,6 +51,8 @@ class ArchiveReader {
     void release() { open_.reset(); }
 
   private:
+    // Has the file open where one is there.
+    Outcome open();
     Outcome table(std::int64_t at, int columns, std::int64_t first_row, std::span<float> values);
     Outcome from_tracks(std::int64_t first_row, std::span<float> values);
 

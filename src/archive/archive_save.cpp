@@ -120,15 +120,19 @@ Outcome Archive::write_table(ArchiveReader& reader, YearTable& table, ByteRange 
                 return put;
         } else {
             const std::int64_t first_row = range.offset / row_size;
-            const std::int64_t taken =
-                std::min(count / row_size, std::max<std::int64_t>(1, piece / row_size));
+            // Nothing to read: all months but the unused one are alike.
+            const bool fills = file_.usable == 0 && !table.lost(y) && count == table.year_size();
+            const std::int64_t some = fills ? days * quarters : std::max<std::int64_t>(1, piece / row_size);
+            const std::int64_t taken = std::min(count / row_size, some);
             std::vector<float> values(static_cast<std::size_t>(taken * table.columns()));
             for (std::int64_t done = 0; done < count / row_size; done += taken) {
                 const std::int64_t now = std::min(taken, count / row_size - done);
                 const std::span<float> part(values.data(), static_cast<std::size_t>(now * table.columns()));
-                const Outcome read = is_daten ? reader.daten(first_row + done, part)
-                                              : reader.rechdaten(first_row + done, part);
-                if (!read) return read;
+                if (!fills || done / taken < 2) {
+                    const Outcome read = is_daten ? reader.daten(first_row + done, part)
+                                                  : reader.rechdaten(first_row + done, part);
+                    if (!read) return read;
+                }
                 for (std::int64_t row = 0; table.lost(y) && row < now; ++row) {
                     if (table.changed(first_row + done + row))
                         std::ranges::copy(table.row(first_row + done + row),

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "archive/archive_layout.h"
+#include "runtime/large_memory.h"
 
 #include <array>
 #include <cstdint>
@@ -57,7 +58,7 @@ class YearTable {
 
   private:
     struct Year {
-        std::unique_ptr<float[]> values;
+        std::unique_ptr<float[], LargeMemory::Free> values;
         bool lost = false;
     };
 

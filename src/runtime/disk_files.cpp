@@ -33,6 +33,15 @@ Failure failure_of(int error, const std::filesystem::path& path) {
     }
 }
 
+// Content and length; the time of the last change may follow when it likes.
+int sync_content(int descriptor) {
+#ifdef __linux__
+    return fdatasync(descriptor);
+#else
+    return fsync(descriptor);
+#endif
+}
+
 class DiskFile final : public BinaryFile {
   public:
     DiskFile(int descriptor, std::filesystem::path path, bool appends)
@@ -51,17 +60,24 @@ class DiskFile final : public BinaryFile {
         if (!all) return all.failure();
         const std::int64_t there = std::clamp<std::int64_t>(*all - (position - 1), 0, count);
         std::string bytes(static_cast<std::size_t>(there), '\0');
+        const Result<std::int64_t> got = read_into(position, bytes);
+        if (!got) return got.failure();
+        bytes.resize(static_cast<std::size_t>(*got)); // it may have become shorter meanwhile
+        return bytes;
+    }
+
+    Result<std::int64_t> read_into(std::int64_t position, std::span<char> bytes) override {
+        if (position < 1) return failure(RunTimeError::invalid_call);
         std::size_t done = 0;
         while (done < bytes.size()) {
             const ssize_t got = pread(descriptor_, bytes.data() + done, bytes.size() - done,
                                       static_cast<off_t>(position - 1) + static_cast<off_t>(done));
             if (got < 0 && errno == EINTR) continue;
             if (got < 0) return failure_of(errno, path_);
-            if (got == 0) break; // it has become shorter meanwhile
+            if (got == 0) break;
             done += static_cast<std::size_t>(got);
         }
-        bytes.resize(done);
-        return bytes;
+        return static_cast<std::int64_t>(done);
     }
 
     Outcome write(std::int64_t position, std::string_view bytes) override {
@@ -80,7 +96,7 @@ class DiskFile final : public BinaryFile {
     }
 
     Outcome sync() override {
-        while (fsync(descriptor_) != 0) {
+        while (sync_content(descriptor_) != 0) {
             if (errno != EINTR) return failure_of(errno, path_);
         }
         return {};

@@ -1,6 +1,15 @@
 #include "runtime/files.h"
 
+#include <algorithm>
+
 namespace velorn {
+
+Result<std::int64_t> BinaryFile::read_into(std::int64_t position, std::span<char> bytes) {
+    const Result<std::string> got = read(position, static_cast<std::int64_t>(bytes.size()));
+    if (!got) return got.failure();
+    std::ranges::copy(*got, bytes.begin());
+    return static_cast<std::int64_t>(got->size());
+}
 
 Result<std::string> read_whole(Files& files, std::string_view path) {
     Result<std::unique_ptr<BinaryFile>> file = files.open(path, OpenMode::read);

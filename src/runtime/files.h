@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -33,6 +34,9 @@ class BinaryFile {
 
     // Up to `count` bytes from the one-based position on; fewer at the end of the file, none behind it.
     virtual Result<std::string> read(std::int64_t position, std::int64_t count) = 0;
+
+    // The same into memory that is there already; gives how many bytes it has put there.
+    virtual Result<std::int64_t> read_into(std::int64_t position, std::span<char> bytes);
 
     // Writes all bytes at the one-based position; a gap behind the end is filled with zeros. Error 61 when
     // the disk is full; 53 or 76 when the file or its folder was deleted meanwhile, what was written before
