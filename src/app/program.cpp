@@ -41,11 +41,29 @@ Program::Program(World given)
                frmtelefon, MSComm1, Winsock1, output, tcp_link, protocol_file, phonebook_window),
       collection_panel(world.loop, module1, telefonbuch, frmtelefon),
       gsm(world.loop, module1, frmtelefon, output),
+      frmgrafick(world.loop),
+      archive(world.files),
+      download_diary(world.files),
+      download(world.loop, module1, frmtelefon, frmgrafick, archive, download_diary, output,
+               receive.receive_events),
+      collection_log(world.loop, world.files, module1, settings, frmTerminal),
+      archive_window(world.loop, world.files, world.dialogs, module1, settings_files, telefonbuch,
+                     phonebook_files, frmTerminal, frmtelefon, frmgrafick, archive, download_diary, download,
+                     collection_log),
+      collection(world.loop, world.files, world.dialogs, world.log_folder, module1, settings, settings_files,
+                 telefonbuch, frmtelefon, phonebook_window, phonebook_lines, collection_panel, archive_window,
+                 dialling, collection_log),
       frmedit(world.loop, world.files, world.dialogs, world.printer, module1),
       start(world, events, module1, settings, settings_files, frmTerminal, waits, MSComm1, looks),
       commands(world, module1, settings, settings_files, frmTerminal, start, output, frmftast, frmtelefon,
                phonebook_window, frmedit) {
     // Calls go down and news goes up; here the floors' news finds its listeners.
+    events.evaluation_wanted.connect([this] { archive_window.mnugrafick_Click(); });
+    events.weiterholen.connect([this] { collection.weiterholen(); });
+    frmTerminal.tbrToolBar("grafick").Click = [this] {
+        module1.grafikfern = false;
+        archive_window.mnugrafick_Click();
+    };
     events.edit_protocol_file.connect([this] { commands.edit_protocol_file(); });
     events.snapshots_changed.connect([this](std::string_view text) {
         if (module1.telindex >= 0) telefonbuch[module1.telindex].aufnahme = text;

@@ -6,6 +6,13 @@
 #include "app/commands.h"
 #include "app/program_start.h"
 #include "app/world.h"
+#include "archive/archive.h"
+#include "archive/archive_window.h"
+#include "archive/collection.h"
+#include "archive/collection_log.h"
+#include "archive/download.h"
+#include "archive/download_diary.h"
+#include "archive/frm_grafick.h"
 #include "core/events.h"
 #include "core/frm_terminal.h"
 #include "core/module1.h"
@@ -84,6 +91,13 @@ class Program {
     Dialling dialling;
     CollectionPanel collection_panel;
     Gsm gsm;
+    FrmGrafick frmgrafick;
+    Archive archive;
+    DownloadDiary download_diary;
+    Download download;
+    CollectionLog collection_log;
+    ArchiveWindow archive_window;
+    Collection collection;
     Frmedit frmedit;
     ProgramStart start;
     Commands commands;

@@ -23,6 +23,8 @@ struct World {
     std::string program_folder; // stored form, cp1252, without a trailing separator
     ScreenSize screen;
     Gateway gateway = {};
+    // Where the logs of unattended collections are written, stored form, without a trailing separator.
+    std::string log_folder = "s:\\Eigene Dateien\\velorn\\Viertelstundendaten\\log";
 };
 
 } // namespace velorn

@@ -2,6 +2,7 @@
 #include "desktop/frm_properties_view.h"
 #include "desktop/frmedit_view.h"
 #include "desktop/frmftast_view.h"
+#include "desktop/frmgrafick_view.h"
 #include "desktop/frmtelefon_view.h"
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
@@ -49,6 +50,14 @@ std::string device_of(const VelornIni& ini, int com_port) {
     return default_device(com_port, com_port > 4 ? usb_adapters() : std::vector<std::string>{});
 }
 
+// Where the logs of unattended collections go: the folder that velorn.ini names, else the usual one.
+std::string log_folder(const VelornIni& ini) {
+    constexpr const char* usual = "s:\\Eigene Dateien\\velorn\\Viertelstundendaten\\log";
+    const std::string named = ini.collection_log_folder();
+    const auto stored = Paths::stored(std::filesystem::path(std::u8string(named.begin(), named.end())));
+    return named.empty() || !stored ? usual : *stored;
+}
+
 // The toolkit's own dialogs, such as the printer's. Where its translation isn't there they stay as they are.
 void speak_german(QApplication& application, QTranslator& german) {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
@@ -81,12 +90,14 @@ int main(int argc, char** argv) {
 
     Program program(World{loop, files, dialogs, serial, tcp, printer, processes, visualisation,
                           Paths::stored(folder).value_or("."), ScreenSize{screen.width(), screen.height()},
-                          Gateway{ini.gateway_address(), ini.gateway_port(1), ini.gateway_port(2)}});
+                          Gateway{ini.gateway_address(), ini.gateway_port(1), ini.gateway_port(2)},
+                          log_folder(ini)});
     MainWindow window(program);
     const auto later = [&loop](std::function<void()> what) { loop.post(std::move(what)); };
     FrmftastView frmftast(program.frmftast, later, &window);
     FrmPropertiesView frmProperties(program.frmProperties, later, &window);
     FrmeditView frmedit(program.frmedit, later, &window);
+    FrmgrafickView frmgrafick(program.frmgrafick, later, &window);
     FrmtelefonView frmtelefon(program.frmtelefon, program.module1, later, &window);
     program.start.Form_Load();
     loop.run();

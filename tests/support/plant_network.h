@@ -17,7 +17,8 @@ namespace velorn::test {
 
 class PlantNetwork {
   public:
-    explicit PlantNetwork(TestProgram& p) : PlantNetwork(p.loop, p.program, p.serial, p.tcp) {}
+    template <class AnyTestProgram>
+    explicit PlantNetwork(AnyTestProgram& p) : PlantNetwork(p.loop, p.program, p.serial, p.tcp) {}
     PlantNetwork(EventLoop& loop, Program& program, FakeSerialPort& serial, FakeTcpClient& tcp)
         : loop_(loop), program_(program), serial_(serial), tcp_(tcp) {
         program.world.gateway.address = plant::demo_gateway_address;

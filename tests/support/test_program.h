@@ -13,9 +13,11 @@
 
 namespace velorn::test {
 
-struct TestProgram {
+// FileLayer: what the disk is made of, a MemoryFiles or one for large files.
+template <class FileLayer>
+struct TestProgramOn {
     VirtualEventLoop loop;
-    MemoryFiles files;
+    FileLayer files;
     ScriptedDialogs dialogs{loop};
     FakeSerialPort serial{loop};
     FakeTcpClient tcp{loop};
@@ -47,5 +49,7 @@ struct TestProgram {
     const std::string& terminal() const { return program.frmTerminal.txtterm.Text(); }
     std::string sent() { return serial.take_written(); }
 };
+
+using TestProgram = TestProgramOn<MemoryFiles>;
 
 } // namespace velorn::test

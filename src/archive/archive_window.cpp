@@ -1,0 +1,419 @@
+#include "archive/archive_window.h"
+
+#include "phonebook/collection_panel.h"
+#include "runtime/number_picture.h"
+#include "runtime/paths.h"
+#include "runtime/text.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace velorn {
+
+namespace {
+
+constexpr std::string_view dat_files = "dat Dateien (*.dat)|*.dat";
+constexpr std::int16_t steps_until_connected = 3000; // of 100 ms
+constexpr std::int16_t steps_of_rest = 10;
+constexpr std::int16_t steps_of_login = 90;
+constexpr std::int16_t usual_tracks = 60;
+
+} // namespace
+
+ArchiveWindow::ArchiveWindow(EventLoop& loop, Files& files, Dialogs& dialogs, Module1& module1,
+                             SettingsFiles& settings_files, Telefonbuch& book,
+                             PhonebookFiles& phonebook_files, FrmTerminal& frmTerminal,
+                             const FrmTelefon& frmtelefon, FrmGrafick& frmgrafick, Archive& archive,
+                             DownloadDiary& diary, Download& download, CollectionLog& log)
+    : loop_(loop),
+      files_(files),
+      dialogs_(dialogs),
+      module1_(module1),
+      settings_files_(settings_files),
+      book_(book),
+      phonebook_files_(phonebook_files),
+      frmTerminal_(frmTerminal),
+      frmtelefon_(frmtelefon),
+      frmgrafick_(frmgrafick),
+      archive_(archive),
+      diary_(diary),
+      download_(download),
+      log_(log) {
+    frmgrafick_.Timer3.Tick = [this] { Timer3_Tick(); };
+    frmgrafick_.schliessen.Click = [this] { (void)close(Closing::saving); };
+    frmgrafick_.schliessen2.Click = [this] { schliessen2_Click(); };
+    frmgrafick_.neupfad.Click = [this] { neupfad_Click(); };
+    download_.finished.connect([this] { download_finished(); });
+    download_.timed_out.connect([this] { download_timed_out(); });
+    download_.archive_failed.connect([this] {
+        frmgrafick_.archivgeladen = false;
+        box(archive_.failed()->text, 48);
+    });
+}
+
+// ---- showing ----
+
+void ArchiveWindow::mnugrafick_Click() {
+    if (module1_.grafikoffen) {
+        frmgrafick_.form.Visible = false;
+        module1_.grafikoffen = false;
+        return;
+    }
+    show();
+    settings_files_.saveeinst();
+}
+
+void ArchiveWindow::show() {
+    module1_.grafikoffen = true;
+    Form_Load();
+    frmgrafick_.form.Visible = true;
+}
+
+void ArchiveWindow::Form_Load() {
+    if (frmgrafick_.geladen) return;
+    frmgrafick_.geladen = true;
+    ++frmgrafick_.opening;
+    frmgrafick_.archivgeladen = false;
+    frmgrafick_.picdownload.Visible = false;
+    frmgrafick_.txtempf.Visible = false;
+    frmgrafick_.Timer3.Enabled = true;
+}
+
+std::string ArchiveWindow::projekt() const {
+    return module1_.autoholen && module1_.telindex >= 0 ? book_[module1_.telindex].name.text()
+                                                        : module1_.projektname;
+}
+
+std::string ArchiveWindow::number_of_site() const { return std::to_string(module1_.telindex); }
+
+void ArchiveWindow::show_caption() {
+    frmgrafick_.form.Caption = "1/4h-Daten Auswertung  <" + projekt() + ">";
+}
+
+// Nobody is there to answer in an unattended run.
+Answer ArchiveWindow::box(std::string_view text, int code) {
+    if (!module1_.autoholen) return dialogs_.message_box(text, code);
+    log_.tell(' ' + std::string(text));
+    return dialogs_.message_box_for(seconds_of_a_box, text, code);
+}
+
+std::int64_t ArchiveWindow::length_of(const std::string& path) {
+    if (path.empty()) return 0;
+    const auto file = files_.open(path, OpenMode::read);
+    if (!file) return 0;
+    const Result<std::int64_t> length = (*file)->length();
+    return length ? *length : 0;
+}
+
+// ---- opening ----
+
+void ArchiveWindow::Timer3_Tick() {
+    frmgrafick_.Timer3.Enabled = false;
+    const int opening = frmgrafick_.opening;
+    frmgrafick_.archivgeladen = false;
+    show_caption();
+    if (module1_.telindex < 0) {
+        box("Bitte zuerst Eintrag im Telefonbuch auswählen!"_w, 48);
+        if (frmgrafick_.still_open(opening)) (void)close(Closing::discarding);
+        return;
+    }
+    if (length_of(entry().viertdatei.text()) < least_archive) {
+        if (module1_.autoholen) {
+            log_.tell(" DATEI EXISTIERT NICHT!!!");
+            (void)close(Closing::discarding);
+            return;
+        }
+        if (!create(opening)) return;
+    }
+    frmgrafick_.archivpfad = entry().viertdatei.text();
+    if (length_of(frmgrafick_.archivpfad) > least_archive && !load(frmgrafick_.archivpfad, opening)) return;
+
+    frmgrafick_.form.Caption =
+        "1/4h-Daten Auswertung  <" + projekt() + ">   Pfad:  " + frmgrafick_.archivpfad;
+    frmgrafick_.tagsel = archive_.archivtag.as_i16() ? *archive_.archivtag.as_i16() : std::int16_t{1};
+    frmgrafick_.monsel = archive_.archivmonat.as_i16() ? *archive_.archivmonat.as_i16() : std::int16_t{1};
+    frmgrafick_.jahrsel = archive_.archivjahr.as_i16() ? *archive_.archivjahr.as_i16() : std::int16_t{2000};
+    if (!frmgrafick_.archivgeladen) {
+        const Answer used = box("Sollen die Daten trotzdem verwendet werden?", 36);
+        if (loop_.ended() || !frmgrafick_.still_open(opening)) return;
+        if (used == Answer::yes) {
+            // What can't be made out gives fill values.
+            if (!archive_.is_open()) (void)archive_.open(frmgrafick_.archivpfad);
+            frmgrafick_.archivgeladen = true;
+        }
+    }
+    if (archive_.is_open()) {
+        download_.mode_from_archive();
+        letztertag();
+    }
+    if (module1_.autoholen)
+        collect_site(opening);
+    else if (module1_.grafikfern)
+        download_.fetch_newest();
+}
+
+// False: the window was closed meanwhile, or the program ends.
+bool ArchiveWindow::load(const std::string& path, int opening) {
+    frmgrafick_.busy = true;
+    const Outcome opened = archive_.open(path);
+    frmgrafick_.busy = false;
+    if (!opened) {
+        box(opened.failure().text, 48);
+        return !loop_.ended() && frmgrafick_.still_open(opening);
+    }
+    frmgrafick_.archivgeladen = true;
+    archive_.upgrade();
+    if (archive_.shared()) {
+        box("Die Datenarchivierungsdatei ist noch in einem anderen Programm geöffnet. Wer zuletzt schließt, überschreibt die Daten des anderen!"_w,
+            48);
+        if (loop_.ended() || !frmgrafick_.still_open(opening)) return false;
+    }
+    if (const int sets = diary_.take_over(archive_); sets > 0) {
+        write_terminal(frmTerminal_,
+                       "\r\n" + std::to_string(sets) +
+                           std::string(" 1/4h-Daten eines nicht gespeicherten Downloads übernommen: "_w) +
+                           path + "\r\n");
+    }
+    return true;
+}
+
+// ---- creating ----
+
+bool ArchiveWindow::create(int opening) {
+    const auto gone = [&] { return loop_.ended() || !frmgrafick_.still_open(opening); };
+    box(std::string("bisher keine Datenarchivierungsdatei für <"_w) + projekt() + "> angelegt!", 48);
+    if (gone()) return false;
+    std::string path;
+    for (;;) {
+        const Result<std::string> chosen = dialogs_.choose_file({.title = "Datenarchivierungsdatei anlegen",
+                                                                 .filter = std::string(dat_files),
+                                                                 .folder = {},
+                                                                 .name = projekt() + ".dat",
+                                                                 .saving = true});
+        if (gone()) return false;
+        if (!chosen) {
+            if (!chosen.failure().is(RunTimeError::dialog_cancelled)) box(chosen.failure().text, 48);
+            if (!gone()) (void)close(Closing::discarding);
+            return false;
+        }
+        path = *chosen;
+        if (path.empty()) continue;
+        if (!files_.exists(path)) break;
+        const Answer answer = box("Bestehende Datei ersetzen - " + path + "?", 36);
+        if (gone()) return false;
+        if (answer == Answer::yes) break;
+    }
+    const std::int16_t startjahr = ask_start_year();
+    if (gone()) return false;
+    const std::int16_t tracks = ask_tracks();
+    if (gone()) return false;
+
+    entry().viertdatei = path;
+    phonebook_files_.save_telefonbuch();
+    frmgrafick_.busy = true;
+    const Outcome created = archive_.create(path, startjahr, tracks, loop_.local_time());
+    frmgrafick_.busy = false;
+    if (!created) {
+        box(created.failure().text, 48);
+        if (!gone()) (void)close(Closing::discarding);
+        return false;
+    }
+    archive_.close();
+    return true;
+}
+
+std::int16_t ArchiveWindow::ask_start_year() {
+    const auto present = static_cast<std::int16_t>(loop_.local_time().year);
+    const auto answer = dialogs_.input_box("Startjahr der 1/4h-Aufzeichnung eingeben: (z.B.: 2009)",
+                                           "Startjahr", std::to_string(present));
+    if (!answer || answer->empty()) return present;
+    const std::optional<double> year = number_of(*answer);
+    if (!year) {
+        box(error_text(RunTimeError::type_mismatch), 48);
+        return present;
+    }
+    return static_cast<std::int16_t>(round_to_even(std::clamp(*year, 2000.0, 2050.0)));
+}
+
+std::int16_t ArchiveWindow::ask_tracks() {
+    for (;;) {
+        const auto answer =
+            dialogs_.input_box("Anzahl der Datenspuren eingeben (30,60,90,120 oder 150): ", "Datenspuren",
+                               std::to_string(usual_tracks));
+        if (!answer || answer->empty() || loop_.ended()) return usual_tracks;
+        const std::optional<double> tracks = number_of(*answer);
+        if (!tracks) {
+            box(error_text(RunTimeError::type_mismatch), 48);
+            if (loop_.ended()) return usual_tracks;
+            continue;
+        }
+        for (const int allowed : {30, 60, 90, 120, 150}) {
+            if (*tracks == allowed) return static_cast<std::int16_t>(allowed);
+        }
+    }
+}
+
+// ---- closing ----
+
+// False: it could not be saved, and it was told.
+bool ArchiveWindow::archivspeichern() {
+    if (!frmgrafick_.archivgeladen) return true;
+    archive_.archivtag = frmgrafick_.tagsel;
+    archive_.archivmonat = frmgrafick_.monsel;
+    archive_.archivjahr = frmgrafick_.jahrsel;
+    frmgrafick_.busy = true;
+    const Outcome saved = archive_.save();
+    frmgrafick_.busy = false;
+    if (saved) {
+        (void)diary_.drop();
+        return true;
+    }
+    box(saved.failure().text, 48);
+    return false;
+}
+
+bool ArchiveWindow::close(Closing way) {
+    if (!frmgrafick_.geladen) return true;
+    const int opening = frmgrafick_.opening;
+    if (way == Closing::saving) {
+        const bool saved = archivspeichern();
+        if (loop_.ended() || !frmgrafick_.still_open(opening)) return true;
+        // An unattended run goes on; the diary keeps what was downloaded for the next opening.
+        if (!saved && !module1_.autoholen) return false;
+    } else {
+        (void)diary_.drop();
+    }
+    frmgrafick_.geladen = false;
+    frmgrafick_.archivgeladen = false;
+    frmgrafick_.Timer3.Enabled = false;
+    download_.end();
+    archive_.close();
+    module1_.autoholen = false;
+    module1_.grafikoffen = false;
+    module1_.grafikfern = false;
+    frmgrafick_.form.Visible = false;
+    return true;
+}
+
+void ArchiveWindow::schliessen2_Click() {
+    const int opening = frmgrafick_.opening;
+    const Answer answer = box("Aktueller Zustand wird nicht gespeichert!!", 49);
+    if (answer == Answer::ok && !loop_.ended() && frmgrafick_.still_open(opening))
+        (void)close(Closing::discarding);
+}
+
+void ArchiveWindow::neupfad_Click() {
+    const int opening = frmgrafick_.opening;
+    for (;;) {
+        const Result<std::string> chosen =
+            dialogs_.choose_file({.title = std::string("Datenarchivierungsdatei auswählen"_w),
+                                  .filter = std::string(dat_files),
+                                  .folder = std::string(folder_of(frmgrafick_.archivpfad)),
+                                  .name = std::string(name_of(frmgrafick_.archivpfad)),
+                                  .saving = true});
+        if (loop_.ended() || !frmgrafick_.still_open(opening)) return;
+        if (!chosen) {
+            (void)close(Closing::saving);
+            return;
+        }
+        if (chosen->empty()) continue;
+        if (module1_.telindex < 0 || !archivspeichern() || !frmgrafick_.still_open(opening)) return;
+        archive_.close();
+        entry().viertdatei = *chosen;
+        frmgrafick_.Timer3.Enabled = true;
+        return;
+    }
+}
+
+// ---- the newest day ----
+
+void ArchiveWindow::letztertag() {
+    const Archive::NewestDay newest = archive_.letztertag();
+    frmgrafick_.tagvoll = newest.tagvoll;
+    frmgrafick_.neudat.Caption = format(static_cast<double>(newest.tag), "00");
+    frmgrafick_.neumon.Caption = format(static_cast<double>(newest.monat), "00");
+    frmgrafick_.neujah.Caption = format(static_cast<double>(newest.jahr), "0000");
+}
+
+// ---- one site of an unattended run ----
+
+// False: the window was closed meanwhile, or the program ends.
+bool ArchiveWindow::wait_steps(std::int16_t steps, int opening, const EventLoop::Condition& leave) {
+    frmgrafick_.dlzaehler = steps;
+    frmgrafick_.Timer1.Enabled = true;
+    const bool goes_on = loop_.wait_until(
+        [&] { return frmgrafick_.dlzaehler < 1 || !frmgrafick_.still_open(opening) || leave(); });
+    frmgrafick_.Timer1.Enabled = false;
+    return goes_on && frmgrafick_.still_open(opening);
+}
+
+void ArchiveWindow::collect_site(int opening) {
+    module1_.dateiladen = false;
+    const auto never = [] { return false; };
+    if (!wait_steps(steps_until_connected, opening, [this] { return !module1_.autoverbindung; })) return;
+    if (!module1_.autoholen) return; // the run was given up
+    if (module1_.autoverbindung) {
+        log_.tell(" KEIN CONNECT");
+        (void)close(Closing::saving);
+        return;
+    }
+    ++log_.tally.reached;
+    if (!wait_steps(steps_of_rest, opening, never)) return;
+    // What is typed for the login must not be taken for the download's.
+    if (module1_.loginan &&
+        !wait_steps(steps_of_login, opening, [this] { return !frmtelefon_.Timer20.Enabled; }))
+        return;
+    if (!module1_.autoholen) return;
+
+    download_.opendathol_Click();
+    const Archive::NewestDay newest = archive_.letztertag();
+    letztertag();
+    CollectionStart start{newest.tag, newest.monat, newest.jahr, 0, 0};
+    if (newest.tagvoll) start.add_day();
+    download_.set_start({start.holtag, start.holmonat, start.holjahr});
+    const DateTime today = loop_.local_time();
+    CollectionStart stop{today.day, today.month, today.year, 0, 0};
+    if (frmtelefon_.vortagcheck.Value) stop.subtract_day();
+    download_.set_stop({stop.holtag, stop.holmonat, stop.holjahr});
+    log_.tell(" starte Download");
+    frmgrafick_.neuwerte = 0;
+    download_.download_Click();
+}
+
+void ArchiveWindow::download_finished() {
+    if (module1_.grafikfern) {
+        (void)close(Closing::saving);
+        return;
+    }
+    if (module1_.autoholen) {
+        const std::string values = std::to_string(frmgrafick_.neuwerte);
+        log_.to_terminal("\r\n" + time_text(loop_.local_time()) + " FERTIG! " + values +
+                         (frmgrafick_.neuwerte >= 2 ? "" : "!!!!!!!!!!") + " neue 1/4h-Daten \r\n");
+        log_.to_log("\r\n" + time_text(loop_.local_time()) + " FERTIG! " + values + " neue 1/4h-Daten   " +
+                    number_of_site() + "\r\n");
+        ++log_.tally.finished;
+        log_.tally.values += frmgrafick_.neuwerte;
+        frmTerminal_.Timer20.Enabled = true;
+        (void)close(Closing::saving);
+        return;
+    }
+    letztertag();
+    if (frmgrafick_.checkauflegen.Value) {
+        frmTerminal_.Timer31.Enabled = true;
+        (void)close(Closing::saving);
+    }
+}
+
+void ArchiveWindow::download_timed_out() {
+    if (module1_.grafikfern) {
+        (void)close(Closing::saving);
+        return;
+    }
+    if (!module1_.autoholen) return;
+    log_.tell(" ABBRUCH (Timeout)", "   " + number_of_site());
+    log_.tally.values += frmgrafick_.neuwerte;
+    frmTerminal_.Timer20.Enabled = true;
+    (void)close(Closing::saving);
+}
+
+} // namespace velorn

@@ -1,0 +1,87 @@
+// The evaluation window's opening and closing: the site's archive is bound, created, loaded and saved; and
+// what an unattended run does with one site between the two.
+//
+// Nothing is written to the archive between opening and closing. What was downloaded also goes to a diary
+// beside it, which the next opening takes over if the program came to no closing.
+#pragma once
+
+#include "archive/archive.h"
+#include "archive/collection_log.h"
+#include "archive/download.h"
+#include "archive/download_diary.h"
+#include "archive/frm_grafick.h"
+#include "core/frm_terminal.h"
+#include "core/module1.h"
+#include "core/settings_files.h"
+#include "core/telefonbuch.h"
+#include "phonebook/frm_telefon.h"
+#include "phonebook/phonebook_files.h"
+#include "runtime/event_loop.h"
+#include "runtime/files.h"
+#include "runtime/outside.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace velorn {
+
+class ArchiveWindow {
+  public:
+    ArchiveWindow(EventLoop& loop, Files& files, Dialogs& dialogs, Module1& module1,
+                  SettingsFiles& settings_files, Telefonbuch& book, PhonebookFiles& phonebook_files,
+                  FrmTerminal& frmTerminal, const FrmTelefon& frmtelefon, FrmGrafick& frmgrafick,
+                  Archive& archive, DownloadDiary& diary, Download& download, CollectionLog& log);
+
+    // Shows the window, or hides it if it is shown.
+    void mnugrafick_Click();
+
+    // Loads the window; its archive is opened a moment later. One that is loaded stays as it is.
+    void Form_Load();
+    void show();
+
+    enum class Closing { saving, discarding };
+    // False: it stays open, since its archive could not be saved. A window that isn't loaded stays as it is.
+    bool close(Closing way);
+
+    static constexpr std::int64_t least_archive = 1'000'000; // bytes; a smaller file is none
+    static constexpr int seconds_of_a_box = 60;              // in an unattended run it then answers itself
+
+  private:
+    void Timer3_Tick();
+    bool load(const std::string& path, int opening);
+    bool create(int opening);
+    std::int16_t ask_start_year();
+    std::int16_t ask_tracks();
+    bool archivspeichern();
+    void collect_site(int opening);
+    bool wait_steps(std::int16_t steps, int opening, const EventLoop::Condition& leave);
+    void letztertag();
+    void neupfad_Click();
+    void schliessen2_Click();
+    void download_finished();
+    void download_timed_out();
+    Answer box(std::string_view text, int code);
+    void show_caption();
+    std::string projekt() const;
+    std::string number_of_site() const;
+    PhoneEntry& entry() { return book_[module1_.telindex]; }
+    std::int64_t length_of(const std::string& path);
+
+    EventLoop& loop_;
+    Files& files_;
+    Dialogs& dialogs_;
+    Module1& module1_;
+    SettingsFiles& settings_files_;
+    Telefonbuch& book_;
+    PhonebookFiles& phonebook_files_;
+    FrmTerminal& frmTerminal_;
+    const FrmTelefon& frmtelefon_;
+    FrmGrafick& frmgrafick_;
+    Archive& archive_;
+    DownloadDiary& diary_;
+    Download& download_;
+    CollectionLog& log_;
+};
+
+} // namespace velorn

@@ -1,0 +1,105 @@
+// Fetching quarter-hour values from a controller: a plain text dialogue in which fields are repeated in the
+// place of a checksum. While it runs, all that is received goes to txtempf; each change of that box looks for
+// the end of a frame, and the reader takes the frame apart.
+//
+// What a frame holds is stored once all of it has been understood; only then is it acknowledged.
+#pragma once
+
+#include "archive/archive.h"
+#include "archive/download_diary.h"
+#include "archive/frm_grafick.h"
+#include "core/module1.h"
+#include "links/output.h"
+#include "phonebook/frm_telefon.h"
+#include "runtime/event.h"
+#include "runtime/event_loop.h"
+#include "terminal/receive.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velorn {
+
+// The moment of a data set as it stands on the line: the year by its last two digits.
+struct DataSetHead {
+    int day = 0, month = 0, year = 0, quarter = 0;
+};
+
+struct DataSet {
+    DataSetHead head;
+    std::vector<float> values; // track 1 first
+};
+
+// The fields that a frame begins with are taken off its front. Nothing where one of them makes no sense.
+std::optional<DataSet> take_data_set(std::string_view& frame, int tracks);
+
+// A value field: -999 for the controller's "***". Nothing for what is no number.
+std::optional<float> value_of_field(std::string_view field);
+
+// What a controller says of itself before the data.
+struct Initialisation {
+    int tracks = 0; // as many as were taken
+    std::vector<std::string> units, names;
+};
+// At most so many tracks are taken. Nothing where two copies of a field differ.
+std::optional<Initialisation> take_initialisation(std::string_view frame, int most_tracks);
+
+class Download {
+  public:
+    Download(EventLoop& loop, Module1& module1, const FrmTelefon& frmtelefon, FrmGrafick& frmgrafick,
+             Archive& archive, DownloadDiary& diary, Output& output, ReceiveEvents& receive_events);
+
+    void opendathol_Click();
+    void closedathol_Click();
+    void download_Click();
+    // The newest data sets only, at the controller's own wish.
+    void fetch_newest();
+    // By the cell that the archive keeps.
+    void mode_from_archive();
+    // Before the window closes: nothing is received any more.
+    void end();
+
+    // Both dates are put into their boxes; a day that the calendar lacks is sent as it stands.
+    struct Day {
+        int day, month, year;
+    };
+    void set_start(Day day);
+    void set_stop(Day day);
+
+    // How a download ended that nobody watched, and one that hangs up at its end. The listener closes the
+    // window.
+    Event<> finished;  // D4
+    Event<> timed_out; // silence
+    // An error of the archive's file while values were stored.
+    Event<> archive_failed;
+
+    static constexpr int longest_silence = 15; // seconds
+
+  private:
+    void txtempf_Change(std::size_t before);
+    void read_frame();
+    bool read_initialisation();
+    bool read_data(int sets);
+    bool store(const DataSet& set);
+    int year_index(int two_digits) const;
+    void transfer_error();
+    void send_range();
+    void complete();
+    void Timer4_Tick();
+    void Timer5_Tick();
+    void optuebertrag_Click(int index);
+    bool wait_steps(std::int16_t steps);
+    void show_progress(const DataSetHead& head);
+
+    EventLoop& loop_;
+    Module1& module1_;
+    const FrmTelefon& frmtelefon_;
+    FrmGrafick& frmgrafick_;
+    Archive& archive_;
+    DownloadDiary& diary_;
+    Output& output_;
+};
+
+} // namespace velorn

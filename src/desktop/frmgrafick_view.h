@@ -1,0 +1,37 @@
+// The evaluation window on screen: for now its archive, the download and the ways to close it.
+#pragma once
+
+#include "archive/frm_grafick.h"
+#include "desktop/control_widgets.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class QComboBox;
+class QGroupBox;
+
+namespace velorn {
+
+class FrmgrafickView : public QWidget {
+  public:
+    // Follows form.Visible; a window of its own beside the main one. `later` queues what the person asks for
+    // in the event loop.
+    FrmgrafickView(FrmGrafick& frmgrafick, std::function<void(std::function<void()>)> later, QWidget* owner);
+    ~FrmgrafickView() override;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void show_form();
+    void build();
+    QGroupBox* download_panel();
+    QComboBox* list(ComboBox& box, const char* name, const QString& what, QWidget* parent);
+
+    FrmGrafick& frmgrafick_;
+    ControlWidgets widgets_;
+    bool built_ = false;
+};
+
+} // namespace velorn
