@@ -79,9 +79,12 @@ void ArchiveWindow::Form_Load() {
     frmgrafick_.Timer3.Enabled = true;
 }
 
+// The controller's own name for the site comes padded with blanks.
 std::string ArchiveWindow::projekt() const {
-    return module1_.autoholen && module1_.telindex >= 0 ? book_[module1_.telindex].name.text()
-                                                        : module1_.projektname;
+    std::string name = module1_.autoholen && module1_.telindex >= 0 ? book_[module1_.telindex].name.text()
+                                                                    : module1_.projektname;
+    name.erase(name.find_last_not_of(' ') + 1);
+    return name;
 }
 
 std::string ArchiveWindow::number_of_site() const { return std::to_string(module1_.telindex); }

@@ -224,6 +224,7 @@ void Download::download_Click() {
     module1_.empfleeren = true;
     frmgrafick_.txtempf.Visible = true;
     frmgrafick_.dlphase = initialising;
+    frmgrafick_.neuwerte = 0;
     (void)diary_.begin(archive_); // without it a crash loses what comes now, no more
     output_.sendetext(attention);
     if (!wait_steps(steps_of_attention)) return;
@@ -412,6 +413,7 @@ void Download::complete() {
     frmgrafick_.Timer4.Enabled = false;
     output_.sendetext(over);
     frmgrafick_.fortschritt.Value = 100;
+    frmgrafick_.fortschritt.Text = std::to_string(frmgrafick_.neuwerte) + " neue 1/4h-Daten";
     finished();
 }
 
