@@ -114,17 +114,15 @@ std::optional<Initialisation> take_initialisation(std::string_view frame, int mo
     const auto second = take_number(frame, width);
     if (!first || !second || *first != *second) return std::nullopt;
     Initialisation all;
-    all.tracks = std::min(*first, most_tracks);
-    for (int track = 1; track <= all.tracks; ++track) {
-        auto unit = take_twice(frame, unit_width);
-        if (!unit) return std::nullopt;
-        all.units.push_back(std::move(*unit));
-    }
-    // Kept: the names follow the units that were taken, also where the controller has more tracks.
-    for (int track = 1; track <= all.tracks; ++track) {
-        auto name = take_twice(frame, name_width);
-        if (!name) return std::nullopt;
-        all.names.push_back(std::move(*name));
+    all.tracks = std::clamp(*first, 0, most_tracks);
+    // The fields of the tracks that have no place here stand between the units and the names.
+    for (const auto& [width_of_field, fields] :
+         {std::pair{unit_width, &all.units}, std::pair{name_width, &all.names}}) {
+        for (int track = 1; track <= *first; ++track) {
+            auto field = take_twice(frame, width_of_field);
+            if (!field) return std::nullopt;
+            if (track <= all.tracks) fields->push_back(std::move(*field));
+        }
     }
     return all;
 }
@@ -309,7 +307,7 @@ void Download::read_frame() {
 bool Download::read_initialisation() {
     frmgrafick_.labstatus.Caption = "Initialisierungsdaten";
     const auto all = take_initialisation(frmgrafick_.txtausw.Text(), archive_.spuranz);
-    if (!all || all->tracks < 0) return false;
+    if (!all) return false;
     archive_.exportspuren = static_cast<std::int16_t>(all->tracks);
     for (std::size_t i = 0; i < all->units.size(); ++i) {
         archive_.spureinheiten[i + 1] = all->units[i];
