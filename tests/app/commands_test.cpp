@@ -31,6 +31,53 @@ TEST(Commands, clearTheTerminalAndThePicture) {
     EXPECT_EQ(p.terminal(), "");
 }
 
+TEST(Commands, showsThePhoneBookAndSavesTheSettingsWhenItCloses) {
+    for (const bool by_toolbar : {false, true}) {
+        TestProgram p;
+        p.start();
+        const int saves = p.files.replacements("c:\\velorn\\einst.par");
+        p.loop.post([&p, saves] {
+            EXPECT_TRUE(p.program.frmtelefon.form.Visible);
+            EXPECT_EQ(p.files.replacements("c:\\velorn\\einst.par"), saves);
+            p.program.frmtelefon.cmdOK.Click();
+        });
+        if (by_toolbar)
+            p.frmTerminal.tbrToolBar("DialPhoneNumber").Click();
+        else
+            press(p.frmTerminal.mnutelefonbuch);
+        EXPECT_FALSE(p.program.frmtelefon.form.Visible);
+        EXPECT_EQ(p.files.replacements("c:\\velorn\\einst.par"), saves + 1);
+    }
+}
+
+TEST(Commands, keepsASnapshotWithTheSelectedSite) {
+    TestProgram p;
+    p.start();
+    p.module1.telindex = 4;
+    p.frmTerminal.tbrToolBar("snapshot").Click();
+    EXPECT_NE(p.frmTerminal.txtsnapshot.Text(), "");
+    EXPECT_EQ(p.program.telefonbuch[4].aufnahme.text(), p.frmTerminal.txtsnapshot.Text());
+    p.module1.telindex = -1;
+    p.frmTerminal.tbrToolBar("snapshot").Click();
+    EXPECT_NE(p.program.telefonbuch[4].aufnahme.text(), p.frmTerminal.txtsnapshot.Text());
+}
+
+TEST(Commands, editsTheProtocolFileOfTheSelectedSite) {
+    TestProgram p;
+    p.start();
+    p.files.set_content("c:\\gelmar.txt", "abcd\r\n");
+    p.module1.protokollan = true;
+    p.module1.protokollname = "c:\\gelmar.txt";
+    for (const char* key : {"looksnap", "drucken"}) {
+        p.loop.post([&p] {
+            EXPECT_EQ(p.program.frmedit.Richtxtedit.Text(), "abcd\r\n");
+            p.program.frmedit.Command1.Click();
+        });
+        p.frmTerminal.tbrToolBar(key).Click();
+        EXPECT_FALSE(p.program.frmedit.form.Visible);
+    }
+}
+
 TEST(Commands, storesTheStartCounterAsItIsTyped) {
     TestProgram p;
     p.start();
