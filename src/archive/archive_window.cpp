@@ -131,8 +131,8 @@ void ArchiveWindow::Timer3_Tick() {
     frmgrafick_.archivpfad = entry().viertdatei.text();
     if (length_of(frmgrafick_.archivpfad) > least_archive && !load(frmgrafick_.archivpfad, opening)) return;
 
-    frmgrafick_.form.Caption =
-        "1/4h-Daten Auswertung  <" + projekt() + ">   Pfad:  " + frmgrafick_.archivpfad;
+    show_caption();
+    frmgrafick_.form.Caption = frmgrafick_.form.Caption.get() + "   Pfad:  " + frmgrafick_.archivpfad;
     frmgrafick_.tagsel = archive_.archivtag.as_i16() ? *archive_.archivtag.as_i16() : std::int16_t{1};
     frmgrafick_.monsel = archive_.archivmonat.as_i16() ? *archive_.archivmonat.as_i16() : std::int16_t{1};
     frmgrafick_.jahrsel = archive_.archivjahr.as_i16() ? *archive_.archivjahr.as_i16() : std::int16_t{2000};
@@ -379,7 +379,6 @@ void ArchiveWindow::collect_site(int opening) {
     if (frmtelefon_.vortagcheck.Value) stop.subtract_day();
     download_.set_stop({stop.holtag, stop.holmonat, stop.holjahr});
     log_.tell(" starte Download");
-    frmgrafick_.neuwerte = 0;
     download_.download_Click();
 }
 

@@ -139,9 +139,10 @@ void Collection::Timer2_Tick() {
 
 void Collection::banner(const std::string& what) {
     const std::string stars(44, '*');
-    log_.to_terminal("\r\n" + stars + "\r\n" + time_text(loop_.local_time()) + what + "\r\n" + stars +
-                     "\r\n");
-    log_.to_log("\r\n" + stars + "\r\n" + time_text(loop_.local_time()) + what + "\r\n" + stars + "\r\n");
+    const std::string text =
+        "\r\n" + stars + "\r\n" + time_text(loop_.local_time()) + what + "\r\n" + stars + "\r\n";
+    log_.to_terminal(text);
+    log_.to_log(text);
 }
 
 // False: the book has no more. The index is saved once for each site: what lies between would be overwritten

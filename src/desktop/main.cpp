@@ -27,6 +27,7 @@
 #include <QTranslator>
 
 #include <filesystem>
+#include <optional>
 
 using namespace velorn;
 
@@ -50,12 +51,12 @@ std::string device_of(const VelornIni& ini, int com_port) {
     return default_device(com_port, com_port > 4 ? usb_adapters() : std::vector<std::string>{});
 }
 
-// Where the logs of unattended collections go: the folder that velorn.ini names, else the usual one.
-std::string log_folder(const VelornIni& ini) {
-    constexpr const char* usual = "s:\\Eigene Dateien\\velorn\\Viertelstundendaten\\log";
+// The folder that velorn.ini names for the logs of unattended collections; nothing where it names none, or
+// none that can be stored.
+std::optional<std::string> log_folder(const VelornIni& ini) {
     const std::string named = ini.collection_log_folder();
-    const auto stored = Paths::stored(std::filesystem::path(std::u8string(named.begin(), named.end())));
-    return named.empty() || !stored ? usual : *stored;
+    if (named.empty()) return std::nullopt;
+    return Paths::stored(std::filesystem::path(std::u8string(named.begin(), named.end())));
 }
 
 // The toolkit's own dialogs, such as the printer's. Where its translation isn't there they stay as they are.
@@ -88,10 +89,19 @@ int main(int argc, char** argv) {
     QtVisualisation visualisation(loop);
     const QSize screen = QGuiApplication::primaryScreen()->availableSize();
 
-    Program program(World{loop, files, dialogs, serial, tcp, printer, processes, visualisation,
-                          Paths::stored(folder).value_or("."), ScreenSize{screen.width(), screen.height()},
-                          Gateway{ini.gateway_address(), ini.gateway_port(1), ini.gateway_port(2)},
-                          log_folder(ini)});
+    World world{loop,
+                files,
+                dialogs,
+                serial,
+                tcp,
+                printer,
+                processes,
+                visualisation,
+                Paths::stored(folder).value_or("."),
+                ScreenSize{screen.width(), screen.height()},
+                Gateway{ini.gateway_address(), ini.gateway_port(1), ini.gateway_port(2)}};
+    if (auto folder_of_logs = log_folder(ini)) world.log_folder = std::move(*folder_of_logs);
+    Program program(std::move(world));
     MainWindow window(program);
     const auto later = [&loop](std::function<void()> what) { loop.post(std::move(what)); };
     FrmftastView frmftast(program.frmftast, later, &window);
