@@ -40,8 +40,21 @@ QFont fixed_pitch_font(const QString& name) {
     return font;
 }
 
-GlyphMasks::GlyphMasks(const CanvasFont& font, double scale)
-    : font_(fixed_pitch_font(to_qstring(font.name))) {
+QFont installed_font(const CanvasFont& wanted) {
+    const QString name = to_qstring(wanted.name);
+    QFont font;
+    if (!wanted.proportional) {
+        font = fixed_pitch_font(name);
+    } else if (QFontDatabase::hasFamily(name)) {
+        font = QFont(name);
+    } else {
+        font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    }
+    font.setBold(wanted.bold);
+    return font;
+}
+
+GlyphMasks::GlyphMasks(const CanvasFont& font, double scale) : font_(installed_font(font)) {
     // One grey for an edge, whatever the screen's pixels are made of: the picture is inverted, scaled,
     // printed.
     font_.setStyleStrategy(QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias));

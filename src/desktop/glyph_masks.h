@@ -16,6 +16,9 @@ namespace velorn {
 // The font of that name if it is installed and of fixed pitch, else the system's fixed font.
 QFont fixed_pitch_font(const QString& name);
 
+// The font that a canvas's one is shown with, in its weight, its size not yet set.
+QFont installed_font(const CanvasFont& font);
+
 class GlyphMasks {
   public:
     // scale: device pixels per logical pixel, above 0. Where the font names a cell, letters and their accents

@@ -16,8 +16,14 @@ class QtPrinter final : public Printer {
 
     // Onto a device that is chosen already: fixed pitch, page by page, each with its number.
     static Outcome print_on(QPrinter& device, std::string_view text, std::string_view title);
+    Outcome print_page(std::string_view title, const std::function<void(Canvas&)>& draw) override;
+    static Outcome print_page_on(QPrinter& device, std::string_view title,
+                                 const std::function<void(Canvas&)>& draw);
 
   private:
+    // Whether the person wants to print, and on what.
+    bool chosen(QPrinter& device);
+
     EventLoop& loop_;
 };
 

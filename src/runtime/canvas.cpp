@@ -43,7 +43,7 @@ void RecorderCanvas::text(int x, int y, std::string_view text, const CanvasFont&
     if (font.cell_width > 0 || font.cell_height > 0)
         in_cell = " in " + std::to_string(font.cell_width) + 'x' + std::to_string(font.cell_height);
     strokes_.push_back(words("text", {x, y}) + " '" + std::string(text) + "' " + font.name + ' ' +
-                       number_text(font.points) + in_cell + ' ' + hex(colour));
+                       number_text(font.points) + (font.bold ? " bold" : "") + in_cell + ' ' + hex(colour));
 }
 
 } // namespace velorn

@@ -18,6 +18,10 @@ struct CanvasFont {
     // reach beyond it. 0: as large as they are.
     int cell_width = 0;
     int cell_height = 0;
+    // Letters stand at their own widths, without a cell; a font that isn't there, or no name, then shows as
+    // the system's usual proportional font.
+    bool proportional = false;
+    bool bold = false;
     bool operator==(const CanvasFont&) const = default;
 };
 
@@ -45,7 +49,7 @@ class RecorderCanvas final : public Canvas {
     void text(int x, int y, std::string_view text, const CanvasFont& font, Colour colour) override;
 
     // Such as "line 0 0 10 0 #0000ff", "text 5 7 'Vorlauf' Courier 12 #000000"; colours as red-green-blue. A
-    // font in a cell: "Courier 12 in 10x19".
+    // font in a cell: "Courier 12 in 10x19", a bold one: "Courier 12 bold".
     const std::vector<std::string>& strokes() const { return strokes_; }
     void forget() { strokes_.clear(); }
 

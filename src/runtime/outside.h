@@ -14,6 +14,8 @@
 
 namespace velorn {
 
+class Canvas;
+
 // ---- serial port ----
 
 struct SerialSettings {
@@ -165,6 +167,13 @@ class Printer {
     // Shows the printer dialog, which also prints to a PDF file, and prints the text in a fixed-pitch font
     // over as many pages as it takes. Error 32755 when cancelled; 57 when the device fails.
     virtual Outcome print_text(std::string_view text, std::string_view title) = 0;
+
+    // The same dialog, then one page that `draw` paints: called once, within this call, and not at all when
+    // nothing can be printed. The canvas counts in twips (1/1440 inch) from the paper's top left corner, not
+    // from that of the part that can be printed on; portrait A4 (11906 x 16838) unless the person chooses
+    // otherwise. Lines are thin ones, whatever the device; nothing is inverted on paper. Errors as above, and
+    // 75 when the file to print into can't be written.
+    virtual Outcome print_page(std::string_view title, const std::function<void(Canvas&)>& draw) = 0;
 };
 
 // ---- other programs ----

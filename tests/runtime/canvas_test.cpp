@@ -24,6 +24,13 @@ TEST(RecorderCanvas, tellsTheCellThatACharacterStandsIn) {
     EXPECT_EQ(canvas.strokes(), Strokes{"text 1 2 'x' Courier 14 in 12x19 #000000"});
 }
 
+TEST(RecorderCanvas, tellsABoldFontAndKeepsQuietAboutItsPitch) {
+    RecorderCanvas canvas;
+    canvas.text(1, 2, "x", {.name = "Courier", .points = 14, .proportional = true, .bold = true},
+                colour::black);
+    EXPECT_EQ(canvas.strokes(), Strokes{"text 1 2 'x' Courier 14 bold #000000"});
+}
+
 TEST(RecorderCanvas, forgets) {
     RecorderCanvas canvas;
     canvas.clear(colour::red);

@@ -1,8 +1,10 @@
 // A printer that keeps what it was given.
 #pragma once
 
+#include "runtime/canvas.h"
 #include "runtime/outside.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,11 +20,24 @@ class FakePrinter : public Printer {
         std::string title;
     };
     std::vector<Page> printed;
+    struct Drawing {
+        std::vector<std::string> strokes; // as a RecorderCanvas words them, in twips
+        std::string title;
+    };
+    std::vector<Drawing> drawn;
     std::optional<RunTimeError> fails_with;
 
     Outcome print_text(std::string_view text, std::string_view title) override {
         if (fails_with) return failure(*fails_with);
         printed.push_back({std::string(text), std::string(title)});
+        return {};
+    }
+
+    Outcome print_page(std::string_view title, const std::function<void(Canvas&)>& draw) override {
+        if (fails_with) return failure(*fails_with);
+        RecorderCanvas canvas;
+        draw(canvas);
+        drawn.push_back({canvas.strokes(), std::string(title)});
         return {};
     }
 };
