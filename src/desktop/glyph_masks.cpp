@@ -23,6 +23,35 @@ struct Extent {
     int advance = 0;
 };
 
+// One grey for an edge, whatever the screen's pixels are made of: the picture is inverted, scaled, printed.
+constexpr auto grey_edges = QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias);
+
+int pixel_size(double points, double scale) {
+    return static_cast<int>(std::lround(std::clamp(points * pixels_a_point * scale, 1.0, most_pixels)));
+}
+
+// The text in white on black, its pen set down at the origin, as far as it stands in `ink`.
+std::vector<unsigned char> coverage_of(const QFont& font, const QString& text, const QRect& ink,
+                                       double squeeze) {
+    QImage image(ink.size(), QImage::Format_RGB32);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.translate(-ink.left(), -ink.top());
+    painter.scale(1, squeeze);
+    painter.drawText(0, 0, text);
+    painter.end();
+
+    std::vector<unsigned char> coverage;
+    coverage.reserve(static_cast<std::size_t>(ink.width()) * static_cast<std::size_t>(ink.height()));
+    for (int y = 0; y < ink.height(); ++y) {
+        const auto* const row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        for (int x = 0; x < ink.width(); ++x) coverage.push_back(static_cast<unsigned char>(qGreen(row[x])));
+    }
+    return coverage;
+}
+
 Extent extent_of(const QFont& font) {
     const QFontMetrics metrics(font);
     const QRect ink = metrics.tightBoundingRect(QString::fromLatin1(tall_and_deep));
@@ -55,13 +84,10 @@ QFont installed_font(const CanvasFont& wanted) {
 }
 
 GlyphMasks::GlyphMasks(const CanvasFont& font, double scale) : font_(installed_font(font)) {
-    // One grey for an edge, whatever the screen's pixels are made of: the picture is inverted, scaled,
-    // printed.
-    font_.setStyleStrategy(QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+    font_.setStyleStrategy(grey_edges);
     const auto cell_width = static_cast<int>(std::floor(font.cell_width * scale));
     const auto cell_height = static_cast<int>(std::floor(font.cell_height * scale));
-    int pixels =
-        static_cast<int>(std::lround(std::clamp(font.points * pixels_a_point * scale, 1.0, most_pixels)));
+    int pixels = pixel_size(font.points, scale);
     Extent extent;
     for (;; --pixels) {
         font_.setPixelSize(pixels);
@@ -104,24 +130,22 @@ GlyphMasks::Mask GlyphMasks::made(unsigned char character) const {
     const auto bottom = static_cast<int>(std::ceil((bounds.top() + bounds.height()) * squeeze)) + 1;
     const QRect ink(bounds.left() - 1, top, bounds.width() + 2, bottom - top);
 
-    QImage image(ink.size(), QImage::Format_RGB32);
-    image.fill(Qt::black);
-    QPainter painter(&image);
-    painter.setFont(font_);
-    painter.setPen(Qt::white);
-    painter.translate(-ink.left(), -ink.top());
-    painter.scale(1, squeeze);
-    painter.drawText(0, 0, text);
-    painter.end();
+    return {ink_left_ + ink.left(), baseline_ + ink.top(), ink.width(), ink.height(),
+            coverage_of(font_, text, ink, squeeze)};
+}
 
-    Mask mask{ink_left_ + ink.left(), baseline_ + ink.top(), ink.width(), ink.height(), {}};
-    mask.coverage.reserve(static_cast<std::size_t>(ink.width()) * static_cast<std::size_t>(ink.height()));
-    for (int y = 0; y < ink.height(); ++y) {
-        const auto* const row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        for (int x = 0; x < ink.width(); ++x)
-            mask.coverage.push_back(static_cast<unsigned char>(qGreen(row[x])));
-    }
-    return mask;
+TextMasks::TextMasks(const CanvasFont& font, double scale) : font_(installed_font(font)) {
+    font_.setStyleStrategy(grey_edges);
+    font_.setPixelSize(pixel_size(font.points, scale));
+}
+
+GlyphMasks::Mask TextMasks::of(const QString& text, int x, int y, int width, int height) const {
+    const QFontMetrics metrics(font_);
+    const int baseline = metrics.ascent();
+    const QRect shown = QRect(0, 0, width, height).translated(-x, -y - baseline);
+    const QRect ink = metrics.boundingRect(text).adjusted(-2, -2, 2, 2) & shown;
+    if (ink.isEmpty()) return {};
+    return {ink.left(), baseline + ink.top(), ink.width(), ink.height(), coverage_of(font_, text, ink, 1)};
 }
 
 } // namespace velorn

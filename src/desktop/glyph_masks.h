@@ -47,4 +47,18 @@ class GlyphMasks {
     std::array<std::optional<Mask>, 256> masks_;
 };
 
+// A line of text in letters of their own widths. `font` is a proportional one; its size is that of its points
+// at so many device pixels per logical pixel.
+class TextMasks {
+  public:
+    TextMasks(const CanvasFont& font, double scale);
+
+    // The part of the text that shows in an image of `width` x `height` device pixels when its corner stands
+    // at (x, y): relative to that corner.
+    GlyphMasks::Mask of(const QString& text, int x, int y, int width, int height) const;
+
+  private:
+    QFont font_;
+};
+
 } // namespace velorn

@@ -1,14 +1,22 @@
-// A canvas on an image, at the resolution of the device: every box and every cell begins and ends on a whole
-// device pixel, whatever the scale.
+// A canvas on an image, at the resolution of the device: every box, every line and every cell begins and ends
+// on a whole device pixel, whatever the scale.
+//
+// A curve of many years comes as strokes over strokes in the same column of pixels. So a vertical stroke
+// waits for the next ones: those that go on in its column and colour only lengthen it. Everything else,
+// looking at the picture included, draws it first: no picture is ever seen without it.
 #pragma once
 
 #include "desktop/glyph_masks.h"
+#include "desktop/line_raster.h"
 #include "runtime/canvas.h"
 
 #include <QImage>
 #include <QRegion>
 
+#include <algorithm>
+#include <functional>
 #include <list>
+#include <optional>
 #include <vector>
 
 namespace velorn {
@@ -19,8 +27,23 @@ class ImageCanvas final : public Canvas {
     // 8192 x 8192 device pixels; what lies beyond is cut off.
     ImageCanvas(int width, int height, double scale);
 
-    const QImage& image() const { return image_; }
-    double scale() const { return scale_; }
+    // The same with unlike scales. Lines are as thick, and texts as large, as the smaller of both says.
+    ImageCanvas(int width, int height, double scale_x, double scale_y);
+
+    ImageCanvas(const ImageCanvas&) = delete; // the pixels belong to one alone
+    ImageCanvas& operator=(const ImageCanvas&) = delete;
+
+    // The picture with everything that was drawn so far. It changes with the next stroke, and so does a
+    // copy of it that shares its pixels.
+    const QImage& image();
+    double scale() const { return std::min(scale_x_, scale_y_); }
+    double scale_x() const { return scale_x_; }
+    double scale_y() const { return scale_y_; }
+
+    // One drawing for light and dark: from now on pure white is drawn as `paper` and pure black as `ink`, and
+    // what would have a contrast below 3 on the paper moves towards the ink, its hue kept. Before the first
+    // call every colour is drawn as it is.
+    void set_look(Colour paper, Colour ink);
 
     // What was drawn on since the last call, in device pixels.
     QRegion take_touched();
@@ -34,31 +57,53 @@ class ImageCanvas final : public Canvas {
     void text(int x, int y, std::string_view text, const CanvasFont& font, Colour colour) override;
 
   private:
-    // Half-open, within the image.
-    struct Area {
-        int left, top, right, bottom;
-    };
     struct Band {
         int from = 1, to = 0; // columns that were drawn on; from > to: none
     };
+    // Vertical strokes that wait: those of one logical column, and, as soon as another one begins, those of
+    // one device column.
+    struct Stroke {
+        bool open = false;
+        Colour colour = 0;
+        int x = 0;
+        int from = 0, to = 0; // both ends, rising
+    };
 
-    int device(int logical) const;
+    int device_x(int logical) const;
+    int device_y(int logical) const;
     Area area(int x1, int y1, int x2, int y2) const;
-    Area within_image(Area area) const;
-    QRgb* row(int y) { return pixels_ + static_cast<std::ptrdiff_t>(y) * stride_; }
     void touch(const Area& area);
-    GlyphMasks& masks_of(const CanvasFont& font);
+    void announce();
+    void begin_line(int x1, int y1, int x2, int y2, Colour colour);
+    void end_logical_stroke();
+    void end_column();
+    void end_strokes();
+    void add_to_column(int x, int top, int bottom, Colour colour);
+    QRgb shown(Colour colour);
     void blend(const GlyphMasks::Mask& mask, int x, int y, QRgb colour);
 
-    double scale_;
-    QImage image_;
-    QRgb* pixels_;
-    std::ptrdiff_t stride_; // pixels from one row to the next
-    struct Fonts {
+    double scale_x_, scale_y_;
+    int thick_;    // of a line, device pixels
+    QImage image_; // nothing but pixels_ writes into it, so that it never moves
+    Pixels pixels_;
+    Stroke logical_;
+    Stroke column_; // device pixels; `to` is behind its last one
+    template <class Masks>
+    struct Font {
         CanvasFont font;
-        GlyphMasks masks;
+        Masks masks;
     };
-    std::list<Fonts> fonts_; // the one used last in front
+    std::list<Font<GlyphMasks>> fixed_fonts_; // the one used last in front
+    std::list<Font<TextMasks>> proportional_fonts_;
+    struct Look {
+        Colour paper, ink;
+    };
+    std::optional<Look> look_;
+    struct Shown {
+        Colour colour;
+        QRgb pixel;
+    };
+    std::vector<Shown> shown_; // the one used last in front; dropped when the look changes
     std::vector<Band> bands_;
     bool touched_ = false;
 };

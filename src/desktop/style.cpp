@@ -143,16 +143,19 @@ double contrast(const QColor& a, const QColor& b) {
 }
 
 QColor readable(Colour colour, const QPalette& palette) {
-    const QColor base = palette.color(QPalette::Base);
+    return readable(colour, palette.color(QPalette::Base), palette.color(QPalette::Text), least_contrast);
+}
+
+QColor readable(Colour colour, const QColor& ground, const QColor& text, double least) {
     const QColor wanted = to_qcolor(colour);
-    const float step = detect(palette) == Look::dark ? 0.02F : -0.02F;
+    const float step = ground.lightness() < 128 ? 0.02F : -0.02F;
     QColor tone = wanted;
     float lightness = wanted.lightnessF();
-    while (contrast(tone, base) < least_contrast && lightness > 0.0F && lightness < 1.0F) {
+    while (contrast(tone, ground) < least && lightness > 0.0F && lightness < 1.0F) {
         lightness = std::clamp(lightness + step, 0.0F, 1.0F);
         tone = QColor::fromHslF(std::max(wanted.hslHueF(), 0.0F), wanted.hslSaturationF(), lightness);
     }
-    return contrast(tone, base) >= least_contrast ? tone : palette.color(QPalette::Text);
+    return contrast(tone, ground) >= least ? tone : text;
 }
 
 QColor alarm(const QPalette& palette) {

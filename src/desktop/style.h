@@ -40,6 +40,9 @@ double contrast(const QColor& a, const QColor& b);
 // `colour` as it can be read on the palette's base: the hue stays, the lightness moves as far as it must.
 QColor readable(Colour colour, const QPalette& palette);
 
+// The same on any opaque ground, for a contrast of at least `least`; `text` where the hue can't reach it.
+QColor readable(Colour colour, const QColor& ground, const QColor& text, double least);
+
 // For alarms, and for what the system itself paints red; readable on window and base.
 QColor alarm(const QPalette& palette);
 

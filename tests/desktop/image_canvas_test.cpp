@@ -10,7 +10,7 @@ namespace {
 
 constexpr CanvasFont display_font{"Courier New", 14, 12, 19};
 
-QRgb pixel(const ImageCanvas& canvas, int x, int y) { return canvas.image().pixel(x, y); }
+QRgb pixel(ImageCanvas& canvas, int x, int y) { return canvas.image().pixel(x, y); }
 
 // The device pixels that differ from the ground.
 QRect ink(const QImage& image, QRgb ground) {
@@ -134,10 +134,10 @@ TEST(ImageCanvas, tellsWhatWasTouchedOnce) {
 }
 
 TEST(ImageCanvas, hasABoundedImage) {
-    const ImageCanvas huge(1'000'000, 1'000'000, 3);
+    ImageCanvas huge(1'000'000, 1'000'000, 3);
     EXPECT_LE(huge.image().width(), 8192);
     EXPECT_LE(huge.image().height(), 8192);
-    const ImageCanvas none(0, 0, 1);
+    ImageCanvas none(0, 0, 1);
     EXPECT_EQ(none.image().size(), QSize(1, 1));
 }
 
