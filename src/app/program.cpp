@@ -50,6 +50,7 @@ Program::Program(World given)
       archive_window(world.loop, world.files, world.dialogs, module1, settings_files, telefonbuch,
                      phonebook_files, frmTerminal, frmtelefon, frmgrafick, archive, download_diary, download,
                      collection_log),
+      evaluation(world.loop, world.dialogs, world.printer, world.screen, module1, frmgrafick, archive),
       collection(world.loop, world.files, world.dialogs, world.log_folder, module1, settings, settings_files,
                  telefonbuch, frmtelefon, phonebook_window, phonebook_lines, collection_panel, archive_window,
                  dialling, collection_log),
@@ -59,6 +60,9 @@ Program::Program(World given)
                phonebook_window, frmedit) {
     // Calls go down and news goes up; here the floors' news finds its listeners.
     events.evaluation_wanted.connect([this] { archive_window.mnugrafick_Click(); });
+    archive_window.archive_there.connect([this] { evaluation.archive_opened(); });
+    archive_window.archive_gone.connect([this] { evaluation.archive_closed(); });
+    download.panel_closed.connect([this] { evaluation.neuzeichnen(); });
     events.weiterholen.connect([this] { collection.weiterholen(); });
     frmTerminal.tbrToolBar("grafick").Click = [this] {
         module1.grafikfern = false;

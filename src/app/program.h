@@ -20,6 +20,7 @@
 #include "core/settings_files.h"
 #include "core/telefonbuch.h"
 #include "core/wait_counter.h"
+#include "evaluation/evaluation.h"
 #include "links/frm_properties.h"
 #include "links/hang_up.h"
 #include "links/lamps.h"
@@ -97,6 +98,7 @@ class Program {
     Download download;
     CollectionLog collection_log;
     ArchiveWindow archive_window;
+    Evaluation evaluation;
     Collection collection;
     Frmedit frmedit;
     ProgramStart start;

@@ -136,6 +136,7 @@ void ArchiveWindow::Timer3_Tick() {
     frmgrafick_.tagsel = archive_.archivtag.as_i16() ? *archive_.archivtag.as_i16() : std::int16_t{1};
     frmgrafick_.monsel = archive_.archivmonat.as_i16() ? *archive_.archivmonat.as_i16() : std::int16_t{1};
     frmgrafick_.jahrsel = archive_.archivjahr.as_i16() ? *archive_.archivjahr.as_i16() : std::int16_t{2000};
+    archive_there();
     if (!frmgrafick_.archivgeladen) {
         const Answer used = box("Sollen die Daten trotzdem verwendet werden?", 36);
         if (loop_.ended() || !frmgrafick_.still_open(opening)) return;
@@ -143,6 +144,7 @@ void ArchiveWindow::Timer3_Tick() {
             // What can't be made out gives fill values.
             if (!archive_.is_open()) (void)archive_.open(frmgrafick_.archivpfad);
             frmgrafick_.archivgeladen = true;
+            archive_there();
         }
     }
     if (archive_.is_open()) {
@@ -295,6 +297,7 @@ bool ArchiveWindow::close(Closing way) {
     module1_.grafikoffen = false;
     module1_.grafikfern = false;
     frmgrafick_.form.Visible = false;
+    archive_gone();
     return true;
 }
 

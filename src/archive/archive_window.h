@@ -44,6 +44,10 @@ class ArchiveWindow {
     // False: it stays open, since its archive could not be saved. A window that isn't loaded stays as it is.
     bool close(Closing way);
 
+    // The archive is there, or what takes its place; raised again where more of it has come.
+    Event<> archive_there;
+    Event<> archive_gone;
+
     static constexpr std::int64_t least_archive = 1'000'000; // bytes; a smaller file is none
     static constexpr int seconds_of_a_box = 60;              // in an unattended run it then answers itself
 

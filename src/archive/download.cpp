@@ -176,6 +176,7 @@ void Download::closedathol_Click() {
     frmgrafick_.txtausw.Visible = false;
     module1_.empfgrafick = false;
     frmgrafick_.txtempf.set_Text({});
+    panel_closed();
 }
 
 void Download::set_start(Day day) {

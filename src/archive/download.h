@@ -70,8 +70,9 @@ class Download {
 
     // How a download ended that nobody watched, and one that hangs up at its end. The listener closes the
     // window.
-    Event<> finished;  // D4
-    Event<> timed_out; // silence
+    Event<> finished;     // D4
+    Event<> timed_out;    // silence
+    Event<> panel_closed; // what was fetched may be looked at
     // An error of the archive's file while values were stored.
     Event<> archive_failed;
 

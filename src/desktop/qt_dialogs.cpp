@@ -4,6 +4,7 @@
 #include "runtime/message_boxes.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QFileDialog>
@@ -235,6 +236,17 @@ Result<FontChoice> QtDialogs::choose_font(const FontChoice& proposal) {
         return failure(RunTimeError::dialog_cancelled);
     const auto name = to_cp1252(family->currentFont().family());
     return FontChoice{name ? *name : proposal.name, size->value()};
+}
+
+Result<Colour> QtDialogs::choose_colour(Colour proposal) {
+    Opened<QColorDialog> dialog;
+    dialog->setObjectName(QStringLiteral("colour_dialog"));
+    dialog->setWindowTitle(to_qstring("Farbe auswählen"_w));
+    dialog->setOption(QColorDialog::DontUseNativeDialog);
+    dialog->setCurrentColor(to_qcolor(proposal));
+    if (!show(*dialog.dialog) || dialog->result() != QDialog::Accepted)
+        return failure(RunTimeError::dialog_cancelled);
+    return to_colour(dialog->selectedColor());
 }
 
 } // namespace velorn

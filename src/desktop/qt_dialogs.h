@@ -30,6 +30,8 @@ class QtDialogs final : public Dialogs {
 
     Result<FontChoice> choose_font(const FontChoice& proposal) override;
 
+    Result<Colour> choose_colour(Colour proposal) override;
+
   private:
     // Opens the dialog and waits for its end. False: the program ends, or the dialog went with its window.
     bool show(QDialog& dialog);

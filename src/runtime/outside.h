@@ -3,6 +3,7 @@
 // is announced through the callbacks, from within the event loop and never from within a call of ours.
 #pragma once
 
+#include "runtime/controls.h"
 #include "runtime/failure.h"
 
 #include <cstddef>
@@ -156,6 +157,9 @@ class Dialogs {
 
     // The font that the person chose; error 32755 when cancelled. A fixed-pitch one is offered.
     virtual Result<FontChoice> choose_font(const FontChoice& proposal) = 0;
+
+    // The colour that the person chose; error 32755 when cancelled.
+    virtual Result<Colour> choose_colour(Colour proposal) = 0;
 };
 
 // ---- printer ----

@@ -20,6 +20,7 @@ class NobodyThere : public Dialogs {
     Result<FontChoice> choose_font(const FontChoice&) override {
         return failure(RunTimeError::dialog_cancelled);
     }
+    Result<Colour> choose_colour(Colour) override { return failure(RunTimeError::dialog_cancelled); }
 };
 
 } // namespace velorn::test

@@ -99,4 +99,19 @@ Result<FontChoice> ScriptedDialogs::choose_font(const FontChoice& proposal) {
     return font.answer;
 }
 
+void ScriptedDialogs::expect_colour(Colour proposal, Result<Colour> answer) {
+    colours_.push_back({proposal, std::move(answer)});
+}
+
+Result<Colour> ScriptedDialogs::choose_colour(Colour proposal) {
+    if (colours_.empty()) {
+        ADD_FAILURE() << "unexpected colour dialog: " << proposal;
+        return failure(RunTimeError::dialog_cancelled);
+    }
+    const ColourQuestion question = colours_.front();
+    colours_.pop_front();
+    EXPECT_EQ(proposal, question.proposal);
+    return question.answer;
+}
+
 } // namespace velorn::test

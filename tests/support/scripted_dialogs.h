@@ -24,6 +24,7 @@ class ScriptedDialogs : public Dialogs {
     void expect_input(std::string prompt, std::optional<std::string> answer);
     void expect_file(std::string title, Result<std::string> answer);
     void expect_font(FontChoice proposal, Result<FontChoice> answer);
+    void expect_colour(Colour proposal, Result<Colour> answer);
 
     Answer message_box(std::string_view text, int code, std::string_view title) override;
     // Where none is expected nobody is there, and it answers itself.
@@ -32,6 +33,7 @@ class ScriptedDialogs : public Dialogs {
                                          std::string_view proposal) override;
     Result<std::string> choose_file(const FileQuestion& question) override;
     Result<FontChoice> choose_font(const FontChoice& proposal) override;
+    Result<Colour> choose_colour(Colour proposal) override;
 
     // The file dialog that came last.
     FileQuestion last_question;
@@ -66,7 +68,13 @@ class ScriptedDialogs : public Dialogs {
         Result<FontChoice> answer;
     };
 
+    struct ColourQuestion {
+        Colour proposal;
+        Result<Colour> answer;
+    };
+
     EventLoop& loop_;
+    std::deque<ColourQuestion> colours_;
     std::deque<Font> fonts_;
     std::deque<Box> boxes_;
     std::deque<Input> inputs_;

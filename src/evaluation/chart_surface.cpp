@@ -1,0 +1,68 @@
+#include "evaluation/chart_surface.h"
+
+#include "runtime/number_picture.h"
+
+#include <cstdlib>
+
+namespace velorn {
+
+namespace {
+
+constexpr int least_bold = 11;
+constexpr int strokes_on_paper = 6;
+constexpr int dot_distance = 4;
+
+int rounded(double number) { return static_cast<int>(round_to_even(number)); }
+
+} // namespace
+
+void ChartSurface::draw_on(Canvas* target, bool druckmodus) {
+    canvas_ = target;
+    druckmodus_ = druckmodus;
+}
+
+void ChartSurface::setzeposition(int x, int y) {
+    x_ = druckmodus_ ? rounded(printer_x(x)) : x;
+    y_ = druckmodus_ ? rounded(printer_y(y)) : chart_height - y;
+}
+
+void ChartSurface::schreibetext(std::string_view text, int size) {
+    if (canvas_ == nullptr) return;
+    CanvasFont font;
+    font.points = size;
+    font.proportional = true;
+    font.bold = size >= least_bold;
+    canvas_->text(x_, y_, text, font, colour::black);
+}
+
+void ChartSurface::zeichnelinie(int x1, int y1, int x2, int y2, Colour colour) {
+    if (canvas_ == nullptr) return;
+    if (!druckmodus_) {
+        canvas_->line(x1, chart_height - y1, x2, chart_height - y2, colour);
+        return;
+    }
+    for (int stroke = 0; stroke < strokes_on_paper; ++stroke) {
+        canvas_->line(rounded(printer_x(x1)), rounded(printer_y(y1)) + stroke, rounded(printer_x(x2)),
+                      rounded(printer_y(y2)) + stroke, colour);
+    }
+}
+
+void ChartSurface::zeichnestrich(int x1, int y1, int x2, int y2) {
+    const int dx = x2 - x1;
+    const int dy = y2 - y1;
+    const bool upright = std::abs(dx) <= std::abs(dy);
+    const int along = upright ? dy : dx;
+    const int across = upright ? dx : dy;
+    const double n = std::max(1.0, std::abs(along / double{dot_distance}));
+    const int step = along < 0 ? -1 : 1;
+    for (int i = 0; i <= n; ++i) {
+        const int far = i * dot_distance * step;
+        const int aside = rounded(across / n * i);
+        if (upright)
+            zeichnelinie(x1 + aside, y1 + far, x1 + aside, y1 + far + step, colour::black);
+        else
+            zeichnelinie(x1 + far, y1 + aside, x1 + far + step, y1 + aside, colour::black);
+    }
+}
+
+} // namespace velorn

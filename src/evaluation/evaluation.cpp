@@ -1,0 +1,47 @@
+#include "evaluation/evaluation.h"
+
+namespace velorn {
+
+Evaluation::Evaluation(EventLoop& loop, Dialogs& dialogs, Printer& printer, ScreenSize screen,
+                       const Module1& module1, FrmGrafick& frmgrafick, Archive& archive)
+    : controls(loop),
+      curves(archive, frmgrafick, controls, events, surface),
+      screen_(screen),
+      frmgrafick_(frmgrafick),
+      archive_(archive),
+      track_list_(dialogs, frmgrafick, controls, events, archive),
+      view_choice_(frmgrafick, controls, events, archive),
+      read_out_(frmgrafick, controls, events, archive, curves),
+      chart_print_(printer, module1, controls, events, archive, surface, curves) {
+    events.neuzeichnen.connect([this] { neuzeichnen(); });
+    controls.Picture1.Paint = [this] { neuzeichnen(); };
+}
+
+void Evaluation::archive_opened() {
+    track_list_.build(screen_.width);
+    view_choice_.build();
+    read_out_.forget();
+    neuzeichnen();
+}
+
+void Evaluation::neuzeichnen() {
+    if (!frmgrafick_.geladen || controls.zeichnetneu) return;
+    controls.zeichnetneu = true;
+    if (!controls.druckmodus) surface.draw_on(controls.Picture1.canvas, false);
+    view_choice_.wochentagrechnen();
+    track_list_.fill();
+    events.formeltext();
+    curves.zeigenormal();
+    controls.zeichnetneu = false;
+}
+
+void Evaluation::archive_closed() {
+    controls.Timer2.Enabled = false;
+    controls.aufschub = false;
+    track_list_.close_popups();
+    controls.picyskala.Visible = false;
+    read_out_.forget();
+    controls.Picture1.Cls();
+}
+
+} // namespace velorn

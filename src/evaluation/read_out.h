@@ -1,0 +1,34 @@
+// Reading off what the pointer stands on: in the day's view the values of its quarter-hour in the list, in
+// the others a box beside the pointer.
+#pragma once
+
+#include "archive/archive.h"
+#include "archive/frm_grafick.h"
+#include "evaluation/evaluation_controls.h"
+#include "evaluation/time_curves.h"
+
+namespace velorn {
+
+class ReadOut {
+  public:
+    ReadOut(FrmGrafick& frmgrafick, EvaluationControls& controls, EvaluationEvents& events, Archive& archive,
+            const TimeCurves& curves);
+
+    // What was read off is no longer shown.
+    void forget();
+
+  private:
+    void over_chart(double x, double y);
+    void over_ground(double x);
+    void read_day(double x);
+    void read_period(double x);
+    std::string moment_of(const PlotStep& step) const;
+
+    FrmGrafick& frmgrafick_;
+    EvaluationControls& controls_;
+    EvaluationEvents& events_;
+    Archive& archive_;
+    const TimeCurves& curves_;
+};
+
+} // namespace velorn
