@@ -91,6 +91,8 @@ Result<std::int64_t> read_records(BinaryFile& file, const Archive& archive, Each
 } // namespace
 
 Outcome DownloadDiary::begin(const Archive& archive) {
+    leave();
+    if (!archive.is_open() || archive.shared()) return {};
     path_ = diary_path(archive.path());
     end_ = 0;
     Result<std::unique_ptr<BinaryFile>> file = files_.open(path_, OpenMode::read_write);
@@ -130,8 +132,14 @@ Outcome DownloadDiary::drop() {
     return files_.remove(path_);
 }
 
-int DownloadDiary::take_over(Archive& archive) {
+void DownloadDiary::leave() {
     file_.reset();
+    path_.clear();
+}
+
+int DownloadDiary::take_over(Archive& archive) {
+    leave();
+    if (!archive.is_open() || archive.shared()) return 0;
     path_ = diary_path(archive.path());
     const Result<std::unique_ptr<BinaryFile>> file = files_.open(path_, OpenMode::read);
     if (!file) return 0;

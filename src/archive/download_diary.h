@@ -26,6 +26,8 @@ class DownloadDiary {
   public:
     explicit DownloadDiary(Files& files) : files_(files) {}
 
+    // A diary is one program's: where the archive is shared, begin and take_over do nothing.
+
     // Goes on behind the data sets that an earlier download of this archive has left; anything else that lies
     // there is overwritten.
     Outcome begin(const Archive& archive);
@@ -34,8 +36,11 @@ class DownloadDiary {
     // and nothing fails, where no diary was begun.
     Outcome add(int y, int m, int d, int q, std::span<const float> values);
 
-    // Deletes the diary of the archive that was last begun or taken over: it is saved, or is not to be.
+    // Deletes the diary that was begun or taken over: the archive is saved, or is not to be.
     Outcome drop();
+
+    // Leaves it lying for the next opening of its archive.
+    void leave();
 
     // Puts the data sets that a diary beside this archive holds into it and gives their number. The diary
     // stays until drop(), which is due when the next save has succeeded.

@@ -138,7 +138,15 @@ TEST_F(Diary, aMachineThatStopsAnywhereLosesNothingAcknowledged) {
         download(files, 4);
         operations = static_cast<int>(files.operations().size());
     }
-    for (int n = operations; n > operations - 9; --n) {
+    int opening = 0; // operations before the diary's first
+    {
+        FaultyFiles files(disk);
+        Archive archive(files);
+        DownloadDiary diary(files);
+        ASSERT_TRUE(archive.open(archive_path));
+        opening = static_cast<int>(files.operations().size());
+    }
+    for (int n = opening + 1; n <= operations; ++n) {
         for (const bool half : {false, true}) {
             (void)disk.remove(diary_path);
             FaultyFiles files(disk);
@@ -146,6 +154,43 @@ TEST_F(Diary, aMachineThatStopsAnywhereLosesNothingAcknowledged) {
             const int added = download(files, 4);
             EXPECT_EQ(taken_over(added), added) << n;
         }
+    }
+}
+
+TEST_F(Diary, ofASecondDownloadNothingIsLostEither) {
+    download(disk, 3);
+    const BlockFiles::Content first = disk.content(diary_path);
+    int operations = 0;
+    {
+        FaultyFiles files(disk);
+        download(files, 5);
+        operations = static_cast<int>(files.operations().size());
+    }
+    for (int n = operations; n > operations - 12; --n) {
+        for (const bool half : {false, true}) {
+            disk.set_content(diary_path, first);
+            FaultyFiles files(disk);
+            files.stop_at(n, half);
+            const int added = download(files, 5);
+            EXPECT_EQ(taken_over(std::max(added, 3)), 3 + added) << n;
+        }
+    }
+}
+
+// Nothing is synced: what is left are the data sets from the first on, up to any.
+TEST_F(Diary, aPowerCutLeavesABeginningOfIt) {
+    for (std::uint32_t seed = 0; seed < 40; ++seed) {
+        disk.set_content(diary_path, {});
+        (void)disk.remove(diary_path);
+        const int added = download(disk, 30);
+        disk.power_cut(seed);
+        Archive archive(disk);
+        DownloadDiary diary(disk);
+        ASSERT_TRUE(archive.open(archive_path));
+        const int taken = diary.take_over(archive);
+        EXPECT_LE(taken, added);
+        for (int q = 1; q <= 30; ++q)
+            EXPECT_EQ(archive.daten(2, 4, 5, q, 2), q <= taken ? static_cast<float>(q) : 0.0F) << q;
     }
 }
 
