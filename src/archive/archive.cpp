@@ -53,16 +53,32 @@ Outcome Archive::open(std::string_view path) {
         outcome = find_out_layout();
     }
     if (!outcome) {
-        if (spuranz == 0) spuranz = default_tracks;
-        static_cast<ArchiveSettings&>(*this) =
-            new_archive_settings(spuranz, static_cast<std::int16_t>(default_day.year), default_day);
-        upgrade_formulas(*this);
-        file_.usable = 0;
+        take_defaults();
+        return outcome;
     }
+    shape_tables();
+    return read_settings();
+}
+
+void Archive::open_unread(std::string_view path) {
+    begin(path);
+    (void)find_out_layout();
+    take_defaults();
+}
+
+void Archive::take_defaults() {
+    if (spuranz == 0) spuranz = default_tracks;
+    static_cast<ArchiveSettings&>(*this) =
+        new_archive_settings(spuranz, static_cast<std::int16_t>(default_day.year), default_day);
+    upgrade_formulas(*this);
+    file_.usable = 0;
+    shape_tables();
+}
+
+void Archive::shape_tables() {
     file_.spuranz = spuranz;
     daten_.shape(spuranz + 1);
     rechdaten_.shape(calculated_tracks);
-    return outcome ? read_settings() : outcome;
 }
 
 void Archive::begin(std::string_view path) {
@@ -140,7 +156,7 @@ void Archive::calculated_texts_from_tracks() {
 
 void Archive::upgrade() {
     upgrade_formulas(*this);
-    if (rechdaten(1, 2, 31, 1, 0) >= 1002.0F) return;
+    if (!(rechdaten(1, 2, 31, 1, 0) < 1002.0F)) return;
     set_rechdaten(1, 2, 31, 1, 0, 1003.0F);
     reset_analytic_curve(*this);
 }
@@ -157,11 +173,9 @@ Outcome Archive::create(std::string_view path, std::int16_t startjahr_, std::int
             return old.failure();
         }
         spuranz = tracks;
-        file_.spuranz = tracks;
         static_cast<ArchiveSettings&>(*this) = new_archive_settings(tracks, startjahr_, today);
         upgrade_formulas(*this);
-        daten_.shape(tracks + 1);
-        rechdaten_.shape(calculated_tracks);
+        shape_tables();
         return save();
     }();
     if (!created) close();
@@ -270,7 +284,7 @@ Archive::NewestDay Archive::letztertag() {
     ArchiveReader reader(files_, file_);
     const auto day = [&](int y, int m, int d) {
         const float last = peek(reader, daten_, row_of(y, m, d, 96), 1);
-        const Result<std::int32_t> first_year = startjahr.as_i32();
+        const Result<std::int16_t> first_year = startjahr.as_i16();
         return NewestDay{(first_year ? *first_year : 0) + y, m, d,
                          last != invalid_value && last != fill_value};
     };

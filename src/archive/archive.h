@@ -50,6 +50,11 @@ class Archive : public ArchiveSettings {
     // save() gives that failure.
     Outcome open(std::string_view path);
 
+    // Has a file open that is too small to be an archive: nothing is read, there are default settings and
+    // fill values for as many tracks as the last archive had, or 60, and save() writes all of it over the
+    // file.
+    void open_unread(std::string_view path);
+
     // Brings settings of older files up to date: the formula tables and the analytic curve.
     void upgrade();
 
@@ -90,6 +95,8 @@ class Archive : public ArchiveSettings {
 
     // The first reading that failed since opening.
     std::optional<Failure> failed() const { return failed_; }
+    // Somebody knows, and goes on with fill values.
+    void forget_failure() { failed_.reset(); }
 
     // Writes what has changed. After a failure the data stay in memory and it may be tried again; the file is
     // old or new. 75: the file was changed by somebody else, or was made longer or shorter.
@@ -104,6 +111,8 @@ class Archive : public ArchiveSettings {
 
     void begin(std::string_view path);
     Outcome find_out_layout();
+    void take_defaults();
+    void shape_tables();
     Outcome read_settings();
     void calculated_texts_from_tracks();
 

@@ -148,6 +148,8 @@ Download::Download(EventLoop& loop, Module1& module1, const FrmTelefon& frmtelef
         const std::size_t before = frmgrafick_.txtempf.length();
         frmgrafick_.txtempf.append(text);
         txtempf_Change(before);
+        if (const std::size_t length = frmgrafick_.txtempf.length(); length > longest_text)
+            frmgrafick_.txtempf.remove_front(length - longest_text / 2);
     });
 }
 
@@ -157,12 +159,13 @@ void Download::opendathol_Click() {
     frmgrafick_.picdownload.Visible = true;
     frmgrafick_.txtempf.set_Text({});
     module1_.empfleeren = true;
+    showing_mode_ = true;
     frmgrafick_.optuebertrag.select(frmgrafick_.dlmodus >= quarter_packets ? 1 : 0);
-    const int first_year = static_cast<int>(archive_.startjahr.number());
+    showing_mode_ = false;
     for (ComboBox* days : {&frmgrafick_.cbodatstart, &frmgrafick_.cbodatstop}) fill(*days, 1, 31);
     for (ComboBox* months : {&frmgrafick_.cbomonstart, &frmgrafick_.cbomonstop}) fill(*months, 1, 12);
     for (ComboBox* years : {&frmgrafick_.cbojahrstart, &frmgrafick_.cbojahrstop})
-        fill(*years, first_year, first_year + 9);
+        fill(*years, first_year(), first_year() + 9);
     const DateTime today = loop_.local_time();
     set_start({today.day, today.month, today.year});
     set_stop({today.day, today.month, today.year});
@@ -199,11 +202,18 @@ void Download::mode_from_archive() {
 
 void Download::optuebertrag_Click(int index) {
     using Cell = ModeCell;
-    const std::int16_t mode = index == 0 ? std::int16_t{0} : quarter_packets;
-    // Showing the mode is no choice of the person's.
-    if (mode == frmgrafick_.dlmodus || !archive_.is_open()) return;
-    frmgrafick_.dlmodus = mode;
+    if (showing_mode_) return;
+    frmgrafick_.dlmodus = index == 0 ? std::int16_t{0} : quarter_packets;
+    if (!archive_.is_open()) return;
     archive_.set_daten(Cell::y, Cell::m, Cell::d, Cell::q, Cell::t, index == 0 ? mode_4h : 0.0F);
+    (void)may_store();
+}
+
+// False: the archive's file is lost, which was told, and what comes goes nowhere.
+bool Download::may_store() {
+    if (!archive_.failed()) return true;
+    archive_failed();
+    return false;
 }
 
 // ---- beginning ----
@@ -244,6 +254,7 @@ void Download::fetch_newest() {
     module1_.empfleeren = true;
     frmgrafick_.txtempf.Visible = true;
     frmgrafick_.dlphase = receiving;
+    frmgrafick_.neuwerte = 0;
     (void)diary_.begin(archive_);
     output_.sendetext(attention);
     if (!wait_steps(steps_before_newest)) return;
@@ -272,9 +283,11 @@ void Download::txtempf_Change(std::size_t before) {
     // An end that stood there before was acted on before.
     const std::size_t from = before < 3 ? 0 : before - 3;
     const auto holds = [&](std::string_view end) { return text.find(end, from) != std::string::npos; };
+    const int opening = frmgrafick_.opening;
     if (holds(repeat_range)) {
         module1_.empfleeren = true;
         read_frame();
+        if (loop_.ended() || !frmgrafick_.still_open(opening)) return;
         frmgrafick_.dlphase = sending_range;
         frmgrafick_.Timer5.Enabled = true;
     } else if (holds(range_accepted)) {
@@ -283,9 +296,8 @@ void Download::txtempf_Change(std::size_t before) {
     } else if (holds(frame_end)) {
         frmgrafick_.txtausw.set_Text(text);
         module1_.empfleeren = true;
-        const int opening = frmgrafick_.opening;
         read_frame();
-        if (!frmgrafick_.still_open(opening)) return;
+        if (loop_.ended() || !frmgrafick_.still_open(opening)) return;
         if (frmgrafick_.dlphase == sending_range) {
             frmgrafick_.Timer5.Enabled = false;
             frmgrafick_.dlphase = initialising; // the controller has started over
@@ -296,6 +308,8 @@ void Download::txtempf_Change(std::size_t before) {
 }
 
 void Download::read_frame() {
+    // Between two archives there is nowhere to put it.
+    if (!archive_.is_open()) return;
     bool understood = true;
     if (frmgrafick_.dlphase == initialising) {
         understood = read_initialisation();
@@ -321,12 +335,16 @@ bool Download::read_initialisation() {
     return true;
 }
 
-int Download::year_index(int two_digits) const {
-    return two_digits - static_cast<int>(archive_.startjahr.number()) + 2000;
+int Download::first_year() const {
+    const Result<std::int16_t> year = archive_.startjahr.as_i16();
+    return year ? *year : 0;
 }
 
+int Download::year_index(int two_digits) const { return two_digits - first_year() + 2000; }
+
 bool Download::read_data(int sets) {
-    const int tracks = std::clamp(static_cast<int>(archive_.exportspuren.number()), 0, int{archive_.spuranz});
+    const Result<std::int16_t> wanted = archive_.exportspuren.as_i16();
+    const int tracks = std::clamp(wanted ? int{*wanted} : 0, 0, int{archive_.spuranz});
     std::string_view frame = frmgrafick_.txtausw.Text();
     const auto length =
         static_cast<std::size_t>(sets) * (8 + value_width * static_cast<std::size_t>(tracks)) +
@@ -341,10 +359,7 @@ bool Download::read_data(int sets) {
     int stored = 0;
     for (const DataSet& set : all) stored += store(set) ? 1 : 0;
     frmgrafick_.txtausw.set_Text({});
-    if (archive_.failed()) {
-        archive_failed();
-        return true;
-    }
+    if (!may_store()) return true;
     // Kept: a single data set out of range gets no answer at all, and the silence ends the download.
     if (stored > 0 || sets > 1) output_.sendetext(good);
     return true;

@@ -73,10 +73,13 @@ class Download {
     Event<> finished;     // D4
     Event<> timed_out;    // silence
     Event<> panel_closed; // what was fetched may be looked at
-    // An error of the archive's file while values were stored.
+    // An error of the archive's file while values were stored, each time that it is met.
     Event<> archive_failed;
 
     static constexpr int longest_silence = 15; // seconds
+    // What arrives without an end of a frame is cut to its last half beyond this; no frame is as long as
+    // that.
+    static constexpr std::size_t longest_text = 128 * 1024;
 
   private:
     void txtempf_Change(std::size_t before);
@@ -84,6 +87,7 @@ class Download {
     bool read_initialisation();
     bool read_data(int sets);
     bool store(const DataSet& set);
+    int first_year() const;
     int year_index(int two_digits) const;
     void transfer_error();
     void send_range();
@@ -92,6 +96,7 @@ class Download {
     void Timer5_Tick();
     void optuebertrag_Click(int index);
     bool wait_steps(std::int16_t steps);
+    bool may_store();
     void show_progress(const DataSetHead& head);
 
     EventLoop& loop_;
@@ -101,6 +106,7 @@ class Download {
     Archive& archive_;
     DownloadDiary& diary_;
     Output& output_;
+    bool showing_mode_ = false; // the option follows the mode, and no person chooses
 };
 
 } // namespace velorn
