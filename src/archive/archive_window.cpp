@@ -45,10 +45,7 @@ ArchiveWindow::ArchiveWindow(EventLoop& loop, Files& files, Dialogs& dialogs, Mo
     frmgrafick_.neupfad.Click = [this] { neupfad_Click(); };
     download_.finished.connect([this] { download_finished(); });
     download_.timed_out.connect([this] { download_timed_out(); });
-    download_.archive_failed.connect([this] {
-        frmgrafick_.archivgeladen = false;
-        box(archive_.failed()->text, 48);
-    });
+    download_.archive_failed.connect([this] { tell_of_lost_file(); });
 }
 
 // ---- showing ----
@@ -129,7 +126,14 @@ void ArchiveWindow::Timer3_Tick() {
         if (!create(opening)) return;
     }
     frmgrafick_.archivpfad = entry().viertdatei.text();
-    if (length_of(frmgrafick_.archivpfad) > least_archive && !load(frmgrafick_.archivpfad, opening)) return;
+    if (length_of(frmgrafick_.archivpfad) <= least_archive)
+        archive_.open_unread(frmgrafick_.archivpfad);
+    else if (!load(frmgrafick_.archivpfad, opening))
+        return;
+    download_.mode_from_archive();
+    letztertag();
+    tell_of_lost_file();
+    if (loop_.ended() || !frmgrafick_.still_open(opening)) return;
 
     show_caption();
     frmgrafick_.form.Caption = frmgrafick_.form.Caption.get() + "   Pfad:  " + frmgrafick_.archivpfad;
@@ -141,15 +145,11 @@ void ArchiveWindow::Timer3_Tick() {
         const Answer used = box("Sollen die Daten trotzdem verwendet werden?", 36);
         if (loop_.ended() || !frmgrafick_.still_open(opening)) return;
         if (used == Answer::yes) {
-            // What can't be made out gives fill values.
-            if (!archive_.is_open()) (void)archive_.open(frmgrafick_.archivpfad);
+            archive_.forget_failure();
             frmgrafick_.archivgeladen = true;
+            take_over_diary();
             archive_there();
         }
-    }
-    if (archive_.is_open()) {
-        download_.mode_from_archive();
-        letztertag();
     }
     if (module1_.autoholen)
         collect_site(opening);
@@ -161,25 +161,36 @@ void ArchiveWindow::Timer3_Tick() {
 bool ArchiveWindow::load(const std::string& path, int opening) {
     frmgrafick_.busy = true;
     const Outcome opened = archive_.open(path);
+    archive_.upgrade();
     frmgrafick_.busy = false;
     if (!opened) {
         box(opened.failure().text, 48);
         return !loop_.ended() && frmgrafick_.still_open(opening);
     }
     frmgrafick_.archivgeladen = true;
-    archive_.upgrade();
     if (archive_.shared()) {
         box("Die Datenarchivierungsdatei ist noch in einem anderen Programm geöffnet. Wer zuletzt schließt, überschreibt die Daten des anderen!"_w,
             48);
         if (loop_.ended() || !frmgrafick_.still_open(opening)) return false;
     }
-    if (const int sets = diary_.take_over(archive_); sets > 0) {
-        write_terminal(frmTerminal_,
-                       "\r\n" + std::to_string(sets) +
-                           std::string(" 1/4h-Daten eines nicht gespeicherten Downloads übernommen: "_w) +
-                           path + "\r\n");
-    }
+    take_over_diary();
     return true;
+}
+
+void ArchiveWindow::take_over_diary() {
+    const int sets = diary_.take_over(archive_);
+    if (sets == 0) return;
+    write_terminal(frmTerminal_,
+                   "\r\n" + std::to_string(sets) +
+                       std::string(" 1/4h-Daten eines nicht gespeicherten Downloads übernommen: "_w) +
+                       frmgrafick_.archivpfad + "\r\n");
+}
+
+// One that was cut or taken away while it was open: nothing is to be written over what is left of it.
+void ArchiveWindow::tell_of_lost_file() {
+    if (!frmgrafick_.archivgeladen || !archive_.failed()) return;
+    frmgrafick_.archivgeladen = false;
+    box(archive_.failed()->text, 48);
 }
 
 // ---- creating ----
@@ -197,8 +208,10 @@ bool ArchiveWindow::create(int opening) {
                                                                  .saving = true});
         if (gone()) return false;
         if (!chosen) {
-            if (!chosen.failure().is(RunTimeError::dialog_cancelled)) box(chosen.failure().text, 48);
-            if (!gone()) (void)close(Closing::discarding);
+            if (chosen.failure().is(RunTimeError::dialog_cancelled))
+                (void)close(Closing::discarding);
+            else
+                box(chosen.failure().text, 48);
             return false;
         }
         path = *chosen;
@@ -281,17 +294,24 @@ bool ArchiveWindow::close(Closing way) {
     if (!frmgrafick_.geladen) return true;
     const int opening = frmgrafick_.opening;
     if (way == Closing::saving) {
+        const bool writes = frmgrafick_.archivgeladen;
         const bool saved = archivspeichern();
         if (loop_.ended() || !frmgrafick_.still_open(opening)) return true;
         // An unattended run goes on; the diary keeps what was downloaded for the next opening.
         if (!saved && !module1_.autoholen) return false;
+        if (site_in_work_ && writes && saved) {
+            log_.tally.finished += site_complete_ ? 1 : 0;
+            log_.tally.values += frmgrafick_.neuwerte;
+        }
     } else {
         (void)diary_.drop();
     }
     frmgrafick_.geladen = false;
     frmgrafick_.archivgeladen = false;
     frmgrafick_.Timer3.Enabled = false;
+    site_in_work_ = false;
     download_.end();
+    diary_.leave();
     archive_.close();
     module1_.autoholen = false;
     module1_.grafikoffen = false;
@@ -319,12 +339,18 @@ void ArchiveWindow::neupfad_Click() {
                                   .saving = true});
         if (loop_.ended() || !frmgrafick_.still_open(opening)) return;
         if (!chosen) {
-            (void)close(Closing::saving);
+            if (chosen.failure().is(RunTimeError::dialog_cancelled))
+                (void)close(Closing::saving);
+            else
+                box(chosen.failure().text, 48);
             return;
         }
         if (chosen->empty()) continue;
         if (module1_.telindex < 0 || !archivspeichern() || !frmgrafick_.still_open(opening)) return;
+        download_.end();
+        diary_.leave();
         archive_.close();
+        archive_gone();
         entry().viertdatei = *chosen;
         frmgrafick_.Timer3.Enabled = true;
         return;
@@ -355,6 +381,9 @@ bool ArchiveWindow::wait_steps(std::int16_t steps, int opening, const EventLoop:
 
 void ArchiveWindow::collect_site(int opening) {
     module1_.dateiladen = false;
+    site_in_work_ = true;
+    site_complete_ = false;
+    frmgrafick_.neuwerte = 0;
     const auto never = [] { return false; };
     if (!wait_steps(steps_until_connected, opening, [this] { return !module1_.autoverbindung; })) return;
     if (!module1_.autoholen) return; // the run was given up
@@ -374,8 +403,17 @@ void ArchiveWindow::collect_site(int opening) {
     download_.opendathol_Click();
     const Archive::NewestDay newest = archive_.letztertag();
     letztertag();
+    if (archive_.failed()) {
+        tell_of_lost_file();
+        frmTerminal_.Timer20.Enabled = true;
+        if (!loop_.ended() && frmgrafick_.still_open(opening)) (void)close(Closing::saving);
+        return;
+    }
     CollectionStart start{newest.tag, newest.monat, newest.jahr, 0, 0};
-    if (newest.tagvoll) start.add_day();
+    if (newest.tagvoll)
+        start.add_day();
+    else
+        start.normalise();
     download_.set_start({start.holtag, start.holmonat, start.holjahr});
     const DateTime today = loop_.local_time();
     CollectionStart stop{today.day, today.month, today.year, 0, 0};
@@ -396,8 +434,7 @@ void ArchiveWindow::download_finished() {
                          (frmgrafick_.neuwerte >= 2 ? "" : "!!!!!!!!!!") + " neue 1/4h-Daten \r\n");
         log_.to_log("\r\n" + time_text(loop_.local_time()) + " FERTIG! " + values + " neue 1/4h-Daten   " +
                     number_of_site() + "\r\n");
-        ++log_.tally.finished;
-        log_.tally.values += frmgrafick_.neuwerte;
+        site_complete_ = true;
         frmTerminal_.Timer20.Enabled = true;
         (void)close(Closing::saving);
         return;
@@ -416,7 +453,6 @@ void ArchiveWindow::download_timed_out() {
     }
     if (!module1_.autoholen) return;
     log_.tell(" ABBRUCH (Timeout)", "   " + number_of_site());
-    log_.tally.values += frmgrafick_.neuwerte;
     frmTerminal_.Timer20.Enabled = true;
     (void)close(Closing::saving);
 }

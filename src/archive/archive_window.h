@@ -54,6 +54,8 @@ class ArchiveWindow {
   private:
     void Timer3_Tick();
     bool load(const std::string& path, int opening);
+    void take_over_diary();
+    void tell_of_lost_file();
     bool create(int opening);
     std::int16_t ask_start_year();
     std::int16_t ask_tracks();
@@ -86,6 +88,8 @@ class ArchiveWindow {
     DownloadDiary& diary_;
     Download& download_;
     CollectionLog& log_;
+    bool site_in_work_ = false;  // of an unattended run, since its archive was loaded
+    bool site_complete_ = false; // its download went to its end
 };
 
 } // namespace velorn

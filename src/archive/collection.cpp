@@ -132,6 +132,7 @@ void Collection::Timer2_Tick() {
             finish();
             return;
         }
+        if (loop_.ended() || !frmtelefon_.Timer2.Enabled) return;
     }
     holpause_ = pause;
     if (!module1_.dateiladen) dial();
@@ -154,8 +155,11 @@ bool Collection::next_site() {
             continue;
         settings_.autoholnr = aktnr_;
         settings_files_.saveeinst();
+        // A window that a person left open: nobody is there to answer its boxes either.
+        module1_.autoholen = true;
         (void)archive_window_.close(ArchiveWindow::Closing::saving);
         if (loop_.ended()) return true;
+        if (!frmtelefon_.Timer2.Enabled) return true; // given up meanwhile
         module1_.autoholen = true;
         module1_.dateiladen = true;
         module1_.autoverbindung = true;

@@ -16,8 +16,8 @@ namespace velorn {
 struct CollectionTally {
     int asked = 0;    // sites whose turn it was
     int reached = 0;  // connections that came about
-    int finished = 0; // downloads that went to their end
-    long values = 0;  // data sets stored
+    int finished = 0; // downloads that went to their end and were saved
+    long values = 0;  // data sets saved
 };
 
 class CollectionLog {

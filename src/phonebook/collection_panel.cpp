@@ -16,7 +16,12 @@ std::string two_digits(int number) { return format(static_cast<double>(number), 
 } // namespace
 
 void CollectionStart::add_day() {
-    if (++holtag <= days_of(holmonat, holjahr)) return;
+    ++holtag;
+    normalise();
+}
+
+void CollectionStart::normalise() {
+    if (holtag <= days_of(holmonat, holjahr)) return;
     holtag = 1;
     if (++holmonat <= 12) return;
     holmonat = 1;

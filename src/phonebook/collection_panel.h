@@ -16,6 +16,8 @@ struct CollectionStart {
     // A day on or back. February has 29 days in every fourth year, without any exception for centuries.
     void add_day();
     void subtract_day();
+    // A day behind the end of its month becomes the first of the next.
+    void normalise();
 };
 
 class CollectionPanel {
