@@ -298,9 +298,12 @@ Archive::NewestDay Archive::letztertag() {
     return day(0, 1, 1);
 }
 
+// What is drawn or received before the next one is there finds fill values.
 void Archive::close() {
-    daten_.shape(0);
-    rechdaten_.shape(0);
+    file_ = {};
+    file_.spuranz = spuranz != 0 ? spuranz : default_tracks;
+    daten_.shape(file_.spuranz + 1);
+    rechdaten_.shape(calculated_tracks);
     lock_.reset();
     shared_ = false;
     open_ = false;

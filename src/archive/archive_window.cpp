@@ -70,6 +70,7 @@ void ArchiveWindow::Form_Load() {
     if (frmgrafick_.geladen) return;
     frmgrafick_.geladen = true;
     ++frmgrafick_.opening;
+    archive_.close();
     frmgrafick_.archivgeladen = false;
     frmgrafick_.picdownload.Visible = false;
     frmgrafick_.txtempf.Visible = false;

@@ -302,6 +302,9 @@ TEST_F(Trouble, aNameThatIsRefusedIsToldAndTheWindowStays) {
     p.receive(esc2 + "D6");
     p.receive(packet("15112601"));
     f.optuebertrag.select(0);
+    f.closedathol.Click(); // draws anew
+    EXPECT_EQ(archive.daten(9, 12, 31, 96, 0), -997.0F);
+    EXPECT_TRUE(archive.year(3).size() > 0);
     f.schliessen.Click();
     EXPECT_FALSE(f.geladen);
 }
