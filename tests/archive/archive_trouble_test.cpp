@@ -126,9 +126,9 @@ TEST_F(Trouble, aFileThatVanishesDuringADownloadIsToldAndNothingIsAcknowledged) 
     downloads();
     (void)disk.remove(path);
     p.dialogs.expect("Datei nicht gefunden", 48, Answer::ok);
-    EXPECT_FALSE(packet_is_taken("15112601"));
+    EXPECT_FALSE(packet_is_taken("15113001")) << "of a year that isn't in memory";
     EXPECT_FALSE(f.archivgeladen);
-    EXPECT_FALSE(packet_is_taken("15112602")) << "and it is told once";
+    EXPECT_FALSE(packet_is_taken("15113002")) << "and it is told once";
     f.schliessen.Click();
     EXPECT_FALSE(f.geladen);
     EXPECT_FALSE(disk.exists(path)) << "nothing is written any more";
@@ -140,7 +140,7 @@ TEST_F(Trouble, aFileThatIsCutDuringADownloadIsTold) {
     downloads();
     disk.set_length(path, 20'000'000);
     p.dialogs.expect("Fehler beim Zugriff auf Pfad oder Datei", 48, Answer::ok);
-    EXPECT_FALSE(packet_is_taken("15112601"));
+    EXPECT_FALSE(packet_is_taken("15113001"));
     EXPECT_FALSE(f.archivgeladen);
     f.schliessen.Click();
     EXPECT_EQ(disk.length(path), 20'000'000);
