@@ -1,13 +1,12 @@
 #include "plant/demo_book.h"
 
-#include "runtime/disk_files.h"
+#include "plant/new_file.h"
 #include "runtime/text.h"
 #include "runtime/variant.h"
 
 #include <array>
 #include <cstdint>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace velorn::plant {
@@ -62,50 +61,16 @@ BookLine line_of(const Site& site, int index, const BookPlaces& places) {
     line.protocol =
         places.protocols ? std::string(protocol_folder) + '\\' + protocol_name(site) : std::string();
     line.remark = remark(site);
-    line.collected = site.behaviour == Behaviour::connects ? collected : std::int16_t{0};
+    line.collected = takes_part(site) ? collected : std::int16_t{0};
     line.date = first_of_january_1990;
-    line.archive = "";
+    line.archive = places.archives && takes_part(site)
+                       ? std::string(archive_folder) + '\\' + archive_name(site)
+                       : std::string();
     line.snapshots = "";
     return line;
 }
 
-std::filesystem::path path_of(const std::string& utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
-Outcome make_folder(const std::filesystem::path& folder) {
-    if (folder.empty()) return {};
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) return failure(RunTimeError::path_not_found, windows_text(folder.string()));
-    return {};
-}
-
-// False: the file holds something already. A kill leaves no half of a file.
-Result<bool> write_if_missing(const std::filesystem::path& path, std::string_view bytes) {
-    if (const Outcome made = make_folder(path.parent_path()); !made) return made.failure();
-    if (const auto there = open_native(path, OpenMode::read)) {
-        const Result<std::int64_t> length = (*there)->length();
-        if (!length) return length.failure();
-        if (*length > 0) return false;
-    } else if (!there.failure().is(RunTimeError::file_not_found)) {
-        return there.failure();
-    }
-    std::filesystem::path fresh = path;
-    fresh += ".neu";
-    {
-        const auto file = open_native(fresh, OpenMode::create);
-        if (!file) return file.failure();
-        if (const Outcome written = (*file)->write(1, bytes); !written) return written.failure();
-        if (const Outcome safe = (*file)->sync(); !safe) return safe.failure();
-    }
-    if (const Outcome replaced = replace_native(fresh, path); !replaced) return replaced.failure();
-    return true;
-}
-
-} // namespace
-
-std::string protocol_name(const Site& site) {
+std::string file_stem(const Site& site) {
     struct Letter {
         std::string_view utf8, ascii;
     };
@@ -130,8 +95,16 @@ std::string protocol_name(const Site& site) {
         }
         rest.remove_prefix(length);
     }
-    return name + ".txt";
+    return name;
 }
+
+} // namespace
+
+bool takes_part(const Site& site) { return site.behaviour == Behaviour::connects; }
+
+std::string protocol_name(const Site& site) { return file_stem(site) + ".txt"; }
+
+std::string archive_name(const Site& site) { return file_stem(site) + ".dat"; }
 
 std::string remark(const Site& site) {
     std::string text;
@@ -170,15 +143,18 @@ std::string first_protocol_line(const DateTime& today) {
 Result<std::vector<std::string>> write_phone_book(const Directory& directory, const BookOrder& order,
                                                   const DateTime& today) {
     std::vector<std::pair<std::filesystem::path, std::string>> files;
-    files.emplace_back(path_of(order.file),
-                       phone_book(directory, {!order.protocols.empty(), order.visualisation}));
+    files.emplace_back(path_of(order.file), phone_book(directory, {!order.protocols.empty(),
+                                                                   order.visualisation, order.archives}));
     if (!order.protocols.empty()) {
         for (const Site& site : directory.sites())
             files.emplace_back(path_of(order.protocols) / protocol_name(site), first_protocol_line(today));
     }
     std::vector<std::string> written;
     for (const auto& [path, bytes] : files) {
-        const Result<bool> fresh = write_if_missing(path, bytes);
+        const Result<bool> fresh = write_if_missing(path, [&bytes](BinaryFile& file) -> Outcome {
+            if (Outcome laid_down = file.write(1, bytes); !laid_down) return laid_down;
+            return file.sync();
+        });
         if (!fresh) return fresh.failure();
         if (*fresh) written.push_back(path.string());
     }

@@ -21,10 +21,13 @@ namespace velorn::plant {
 struct BookPlaces {
     bool protocols = false;    // the sites have protocol files
     std::string visualisation; // stored path, cp1252, of the pictured site's program; empty: it has none
+    bool archives = false;     // the sites that are collected have archives
 };
 
 // Where the service PC finds the protocol files.
 constexpr std::string_view protocol_folder = "c:\\protokolle";
+// ... and the archives.
+constexpr std::string_view archive_folder = "c:\\archive";
 
 // The site in the demo's directory that has a visualisation: on TCP, above the ports that need rights, and
 // without a login.
@@ -32,6 +35,12 @@ constexpr std::size_t pictured_site = 2;
 
 // The name of a site's protocol file, ASCII: "klaerwerk-sued.txt".
 std::string protocol_name(const Site& site);
+
+// The name of its archive: "klaerwerk-sued.dat".
+std::string archive_name(const Site& site);
+
+// Whether the site takes part in the unattended collection.
+bool takes_part(const Site& site);
 
 // What the service PC has to know of a site beyond its number, cp1252: the keywords for port and speed, and
 // what becomes of a call.
@@ -47,6 +56,7 @@ struct BookOrder {
     std::string file;          // UTF-8, path of this machine
     std::string protocols;     // the folder that the service PC knows as protocol_folder; empty: no files
     std::string visualisation; // stored path, cp1252
+    bool archives = false;     // the entries name their archives, see demo_archives.h
 };
 
 // Writes what isn't there yet and makes the folders for it; a file that holds anything stays as it is,

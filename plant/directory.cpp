@@ -21,24 +21,27 @@ struct Row {
     int tracks;
 };
 
+// By route, so that a range of positions is one: network, gateway, modem; then those that give trouble. Only
+// one needs a port below 1024.
 constexpr Row demo_rows[] = {
     {"Klärwerk Süd", "05550 100001", "127.0.1.1", 23, Route::tcp, Behaviour::connects, "service", "bhkw",
      5000, 28},
-    {"Hallenbad Grünau", "05550 100002", "127.0.1.2", 23, Route::tcp, Behaviour::connects, "", "", 6000, 12},
+    {"Hallenbad Grünau", "05550 100002", "127.0.1.2", 1100, Route::tcp, Behaviour::connects, "", "", 6000,
+     12},
     {"Krankenhaus Sankt Jörg", "05550 100003", "127.0.1.3", 1100, Route::tcp, Behaviour::connects, "", "",
      7000, 24},
     {"Gärtnerei Blüthner", "05550 100004", "127.0.1.4", 2001, Route::tcp, Behaviour::connects, "", "", 6000,
      10},
     {"Nahwärme Mühlbach", "05550 100005", "127.0.1.5", 10100, Route::tcp, Behaviour::connects, "", "", 8000,
      16},
-    {"Schule Löwenstraße", "05550 100006", "127.0.1.6", 1100, Route::modem, Behaviour::connects, "", "", 1000,
-     8},
-    {"Rathaus Oberülz", "0,05550 100007", "127.0.1.7", 1100, Route::modem, Behaviour::connects, "", "", 9000,
-     14},
     {"Brauerei Rößler", "05550 100008", "127.0.1.8", 1100, Route::gateway, Behaviour::connects, "", "", 12000,
      20},
     {"Wohnpark Am Dörfle", "05550 100009", "127.0.1.9", 1100, Route::gateway, Behaviour::connects, "", "",
      6000, 18},
+    {"Schule Löwenstraße", "05550 100006", "127.0.1.6", 1100, Route::modem, Behaviour::connects, "", "", 1000,
+     8},
+    {"Rathaus Oberülz", "0,05550 100007", "127.0.1.7", 1100, Route::modem, Behaviour::connects, "", "", 9000,
+     14},
     {"Molkerei Käsmann", "05550 100010", "127.0.1.10", 1100, Route::gateway, Behaviour::busy, "", "", 4000,
      12},
     {"Sägewerk Fürst", "05550 100011", "127.0.1.11", 1100, Route::tcp, Behaviour::refuses, "", "", 5000, 9},
@@ -83,7 +86,7 @@ std::size_t Directory::by_number(std::string_view dialled) const {
     return not_found;
 }
 
-Directory demo_directory() {
+Directory demo_directory(std::uint64_t seed) {
     Directory directory;
     for (const Row& row : demo_rows) {
         Site site;
@@ -95,7 +98,7 @@ Directory demo_directory() {
         site.behaviour = row.behaviour;
         site.user = row.user;
         site.password = row.password;
-        site.seed = 101 + directory.sites().size();
+        site.seed = 100 + seed + directory.sites().size();
         site.pick_up_ms = row.pick_up_ms;
         site.tracks = row.tracks;
         directory.add(std::move(site));

@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velorn::plant {
@@ -50,6 +51,10 @@ class Directory {
     explicit Directory(std::vector<Site> sites) : sites_(std::move(sites)) {}
 
     void set_behaviour(std::size_t place, Behaviour behaviour) { sites_[place].behaviour = behaviour; }
+    void set_login(std::size_t place, std::string user, std::string password) {
+        sites_[place].user = std::move(user);
+        sites_[place].password = std::move(password);
+    }
 
     std::span<const Site> sites() const& { return sites_; }
     std::span<const Site> sites() const&& = delete; // it would outlive them
@@ -65,8 +70,8 @@ class Directory {
     std::vector<Site> sites_;
 };
 
-// The plant that is shown: twelve sites over three routes.
-Directory demo_directory();
+// The plant that is shown: twelve sites over three routes. What they have recorded follows from the seed.
+Directory demo_directory(std::uint64_t seed = 1);
 
 // Where its gateway stands.
 constexpr std::string_view demo_gateway_address = "127.0.1.100";

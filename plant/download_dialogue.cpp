@@ -16,6 +16,11 @@ constexpr std::uint64_t longest_pause_ms = 2000;
 constexpr int newest_sets = quarters_of_day;
 constexpr std::int64_t waits_for_end_ms = 10'000;
 
+long sets_between(const Quarter& first, const Quarter& last) {
+    if (last < first) return 0;
+    return (last.day - first.day) * quarters_of_day + last.number - first.number + 1;
+}
+
 } // namespace
 
 std::optional<DownloadDialogue::Kind> DownloadDialogue::kind_of(std::string_view command) {
@@ -41,12 +46,14 @@ void DownloadDialogue::begin(Kind kind, const Recording& site) {
     wrong_ranges_ = 0;
     last_ = newest_quarter(loop_.local_time());
     first_ = quarter_before(last_, newest_sets - 1);
+    ordered_sets_ = kind == Kind::newest ? newest_sets : 0;
+    acknowledged_sets_ = 0;
     go_on(kind == Kind::newest ? Step::packet : Step::initialisation, before_first_frame);
 }
 
 void DownloadDialogue::stop() {
     loop_.cancel(next_);
-    state_ = State::off;
+    if (std::exchange(state_, State::off) != State::off && over) over(ordered_sets_, acknowledged_sets_);
 }
 
 void DownloadDialogue::end(bool by_pc) {
@@ -117,6 +124,7 @@ void DownloadDialogue::take_range() {
     const Quarter oldest{days_from_civil(2000, 1, 1), 1};
     first_ = std::max(range->first, oldest);
     last_ = std::min(range->last, newest_quarter(loop_.local_time()));
+    ordered_sets_ = sets_between(first_, last_);
     go_on(Step::accepted);
 }
 
@@ -141,7 +149,10 @@ void DownloadDialogue::confirmed() {
         again();
         return;
     }
-    if (!std::exchange(acknowledged_, true) && acknowledged) acknowledged(first_, last_of_packet());
+    if (!std::exchange(acknowledged_, true)) {
+        acknowledged_sets_ += sets_between(first_, last_of_packet());
+        if (acknowledged) acknowledged(first_, last_of_packet());
+    }
     if (state_ != State::answer) return; // whoever was told has ended it
     if (trouble_.repeat) {
         again();

@@ -47,6 +47,9 @@ class DownloadDialogue {
     std::function<void(std::string_view)> send;
     std::function<void(bool by_pc)> ended; // by backspace or by itself; not by stop()
     std::function<void()> hung_up;         // by a fault; it is over then
+    // A download is over, whatever ended it: how many data sets the time range asked for, 0 if none came, and
+    // how many of them the PC said "OK" to.
+    std::function<void(long ordered, long acknowledged)> over;
     // The PC said "OK" to a packet that holds the data sets from `first` to `last`; once for each packet.
     std::function<void(const Quarter& first, const Quarter& last)> acknowledged;
 
@@ -96,6 +99,8 @@ class DownloadDialogue {
     int refusals_ = 0;
     int wrong_ranges_ = 0;
     bool acknowledged_ = false; // the packet under way
+    long ordered_sets_ = 0;
+    long acknowledged_sets_ = 0;
     DownloadFaults faults_;
     Random chance_;
     FrameTrouble trouble_; // of the frame under way; none once it is sent again

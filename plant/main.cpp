@@ -1,5 +1,6 @@
 // velorn-plant: serves simulated controllers and modems on pseudo terminals and TCP ports.
 
+#include "plant/demo_archives.h"
 #include "plant/demo_book.h"
 #include "plant/options.h"
 #include "plant/plant.h"
@@ -53,18 +54,24 @@ class Signals {
 };
 
 bool write_book(const EventLoop& loop, const Options& options) {
-    const BookOrder order{*options.phone_book, options.protocols, options.visualisation};
-    const auto written = write_phone_book(demo_directory(), order, loop.local_time());
-    if (!written) {
-        print(stderr, "velorn-plant: " + utf8_from_cp1252(written.failure().text) + "\n");
-        return false;
-    }
-    for (const std::string& path : *written) print(stdout, "geschrieben: " + path + "\n");
-    return true;
+    const auto told = [](const Result<std::vector<std::string>>& written) {
+        if (!written) {
+            print(stderr, "velorn-plant: " + utf8_from_cp1252(written.failure().text) + "\n");
+            return false;
+        }
+        for (const std::string& path : *written) print(stdout, "geschrieben: " + path + "\n");
+        return true;
+    };
+    const Directory directory = demo_directory(options.faults.seed);
+    const DateTime today = loop.local_time();
+    const bool with_archives = !options.archives.empty();
+    const BookOrder order{*options.phone_book, options.protocols, options.visualisation, with_archives};
+    return told(write_phone_book(directory, order, today)) &&
+           (!with_archives || told(write_archives(directory, options.archives, today)));
 }
 
 int serve(const Options& options) {
-    PollEventLoop loop;
+    PollEventLoop loop(options.speed);
     if (options.phone_book && !write_book(loop, options)) return 1;
     if (!options.serves()) return 0;
     const Signals signals(loop);

@@ -36,6 +36,20 @@ struct ValueOption {
     bool (*take)(Options&, std::string_view);
 };
 
+constexpr std::uint64_t highest_speed = 100;
+
+bool take_speed(Options& options, std::string_view text) {
+    std::uint64_t value = 0;
+    if (!whole(text, highest_speed, value) || value < 1) return false;
+    options.speed = static_cast<int>(value);
+    return true;
+}
+
+template <double DownloadFaults::*Place>
+bool take_share(Options& options, std::string_view text) {
+    return probability(text, options.download_faults.*Place);
+}
+
 template <double Faults::*Place>
 bool take_probability(Options& options, std::string_view text) {
     return probability(text, options.faults.*Place);
@@ -90,6 +104,11 @@ bool take_protocols(Options& options, std::string_view text) {
     return !text.empty();
 }
 
+bool take_archives(Options& options, std::string_view text) {
+    options.archives = text;
+    return !text.empty();
+}
+
 // The phone book shows a visualisation where the path holds ".exe", and it is kept in cp1252.
 bool take_visualisation(Options& options, std::string_view text) {
     const auto stored = cp1252_from_utf8(text);
@@ -113,7 +132,18 @@ constexpr ValueOption value_options[] = {
     {"--silent-after", bytes, take_bytes<&Faults::silent_after>},
     {"--silent-for", milliseconds, take_number<&Faults::silent_for_ms, longest_ms>},
     {"--hangup-after", bytes, take_bytes<&Faults::hang_up_after>},
+    {"--init-garble", a_probability, take_share<&DownloadFaults::garbled_copies>},
+    {"--wrong-length", a_probability, take_share<&DownloadFaults::wrong_lengths>},
+    {"--wrong-date", a_probability, take_share<&DownloadFaults::wrong_dates>},
+    {"--packet-repeat", a_probability, take_share<&DownloadFaults::repeats>},
+    {"--two-at-once", a_probability, take_share<&DownloadFaults::two_at_once>},
+    {"--slow-frame", a_probability, take_share<&DownloadFaults::slow_bytes>},
+    {"--frame-silence", a_probability, take_share<&DownloadFaults::silences>},
+    {"--frame-hangup", a_probability, take_share<&DownloadFaults::hang_ups>},
+    {"--range-again", a_probability, take_share<&DownloadFaults::vain_repeats>},
+    {"--zeitraffer", "eine ganze Zahl von 1 bis 100", take_speed},
     {"--telefonbuch", "eine Datei", take_phone_book},
+    {"--archive", "einen Ordner", take_archives},
     {"--protokolle", "einen Ordner", take_protocols},
     {"--visualisierung", "einen Pfad mit .exe", take_visualisation},
     {"--seed", "eine ganze Zahl ab 0", take_seed},
@@ -171,8 +201,10 @@ std::variant<Options, std::string> options_from(std::span<const std::string_view
         }
     }
     if (options.help) return options;
-    if (!options.phone_book && (!options.protocols.empty() || !options.visualisation.empty())) {
-        return "--protokolle und --visualisierung brauchen --telefonbuch.";
+    const bool of_a_book =
+        !options.protocols.empty() || !options.archives.empty() || !options.visualisation.empty();
+    if (!options.phone_book && of_a_book) {
+        return "--protokolle, --archive und --visualisierung brauchen --telefonbuch.";
     }
     if (!options.serves() && !options.phone_book) {
         return "Niemand erreicht die Anlage: es fehlt --pty, --tcp, --modem, --gateway oder --demo.";
@@ -232,6 +264,9 @@ Das Telefonbuch zu diesen Anlagen:
                            ohne einen Platz ist das alles. Eine Datei, in der schon etwas steht, bleibt.
   --protokolle ORDNER      dazu für jede Anlage eine Protokolldatei; der Ordner ist der, den der
                            Servicerechner @PROTOCOLS@ nennt
+  --archive ORDNER         dazu für jede Anlage, die an der automatischen Abholung teilnimmt, ein
+                           Datenarchiv mit 30 Spuren (je 58 MB), das letzte Jahr bis vorgestern
+                           gefüllt; der Ordner ist der, den der Servicerechner @ARCHIVES@ nennt
   --visualisierung PFAD    Visualisierung der Anlage @PICTURED@, ein Programm mit .exe
                            im Namen; der Pfad, wie ihn der Servicerechner nennt
 
@@ -245,7 +280,21 @@ Störungen jeder Leitung, in beiden Richtungen:
   --silent-for MS    ... aber nur für MS Millisekunden
   --hangup-after N   nach N Bytes auflegen; ein Pseudo-Terminal ist nach 2 Sekunden wieder da
 
+Störungen der Abholung von Viertelstundenwerten, mit der Wahrscheinlichkeit W (0 bis 1) je Telegramm; es trifft
+jedes nur beim ersten Senden:
+  --init-garble W    Initialisierung mit einer verfälschten Kopie
+  --wrong-length W   Paket zu kurz oder zu lang
+  --wrong-date W     Paket mit unmöglichem Datum; nach 5 s Stille folgt das richtige
+  --packet-repeat W  Paket noch einmal, obwohl es quittiert ist
+  --two-at-once W    zwei Telegramme in einem Stück
+  --slow-frame W     bis zu vier Pausen von höchstens 2 s im Telegramm
+  --frame-silence W  Telegramm bricht ab, dann Stille
+  --frame-hangup W   Telegramm bricht ab, dann aufgelegt
+  --range-again W    Zeitraum noch einmal verlangen, obwohl er stimmt
+
 Sonstiges:
+  --zeitraffer N     die Uhr N-mal so schnell laufen lassen (1 bis 100), mit allem, was nach ihr geht;
+                     der Servicerechner am anderen Ende braucht dasselbe
   --log              den Verkehr auf die Fehlerausgabe schreiben, Steuerzeichen als <0D>
   --help             diese Hilfe
 
@@ -257,7 +306,8 @@ Beispiele:
   velorn-plant --pty anlage1 --slow 960 --drop 0,01 --garble 0,001 --seed 7
   velorn-plant --tcp 127.0.0.1:2323,login=service:bhkw --tcp 127.0.0.1:2324,flood=100M
   velorn-plant --gateway 127.0.0.1:2023,2024,modem1=refuse
-  velorn-plant --telefonbuch telefon.par --protokolle laufwerke/c/protokolle
+  velorn-plant --telefonbuch telefon.par --protokolle laufwerke/c/protokolle --archive laufwerke/c/archive
+  velorn-plant --demo --wrong-length 0,1 --slow-frame 0,05
 
 Strg+C beendet das Programm. Rückgabe: 0 ordentliches Ende, 1 nichts davon ist verfügbar oder ein
 Pseudo-Terminal nicht, 2 falscher Aufruf.
@@ -267,6 +317,7 @@ Pseudo-Terminal nicht, 2 falscher Aufruf.
     };
     put("@GATEWAY@", demo_gateway_address);
     put("@PROTOCOLS@", protocol_folder);
+    put("@ARCHIVES@", archive_folder);
     const Directory directory = demo_directory();
     put("@PICTURED@", directory.sites()[pictured_site].name);
     put("@SITES@", site_lines());

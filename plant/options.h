@@ -1,6 +1,7 @@
 // The command line of velorn-plant.
 #pragma once
 
+#include "plant/download_faults.h"
 #include "plant/faults.h"
 #include "plant/places.h"
 
@@ -21,6 +22,8 @@ struct Options {
     std::vector<GatewayPlace> gateways;
     bool demo = false; // all sites of the demo and its gateway
     Faults faults;
+    DownloadFaults download_faults; // of every controller; the seed is that of `faults`
+    int speed = 1;                  // of the clock
     // Whether anything is to be served, beyond writing a phone book.
     bool serves() const {
         return demo || !pseudo_terminals.empty() || !modems.empty() || !tcp.empty() || !gateways.empty();
@@ -29,6 +32,7 @@ struct Options {
     std::optional<std::uint64_t> source;   // bytes that pseudo terminals send instead of playing a controller
     std::optional<std::string> phone_book; // the file to be written
     std::string protocols;                 // the folder for the sites' protocol files, empty: none
+    std::string archives;                  // the folder for the sites' archives, empty: none
     std::string visualisation;             // stored path, cp1252
     bool log = false;
     bool help = false;

@@ -28,16 +28,36 @@ std::string place_text(const std::string& address, std::uint16_t port) {
 } // namespace
 
 Plant::Plant(PollEventLoop& loop, const Options& options) : loop_(loop), options_(options) {
-    const Directory demo = demo_directory();
+    const Directory demo = demo_directory(options.faults.seed);
     Directory directory;
     for (Site site : demo.sites()) {
-        site.seed += options.faults.seed - 1;
+        site.download_faults = download_faults(directory.sites().size());
         directory.add(std::move(site));
     }
     sites_ = std::make_unique<Sites>(loop, std::move(directory));
 }
 
+// Each controller draws for itself.
+DownloadFaults Plant::download_faults(std::size_t place) const {
+    DownloadFaults faults = options_.download_faults;
+    faults.seed = options_.faults.seed + place;
+    return faults;
+}
+
+// What became of each site's downloads, as the site sees it.
+void Plant::log_downloads() {
+    for (std::size_t i = 0; i < sites_->directory().sites().size(); ++i) {
+        const Site& site = sites_->directory().sites()[i];
+        sites_->controller(i).download().over = [this, &site](long ordered, long acknowledged) {
+            log(site.name + ": Abholung zu Ende, " + std::to_string(ordered) + " Datensätze zu " +
+                std::to_string(site.tracks) + " Werten verlangt, " + std::to_string(acknowledged) +
+                " quittiert");
+        };
+    }
+}
+
 bool Plant::open() {
+    if (options_.log) log_downloads();
     if (!open_pseudo_terminals()) return false;
     open_tcp_places();
     for (const GatewayPlace& place : options_.gateways) open_gateway(place);
@@ -54,6 +74,7 @@ Faults Plant::next_faults() {
 MakeDevice Plant::controller() {
     const auto one =
         std::make_shared<Controller>(loop_, options_.faults.seed + static_cast<std::uint64_t>(controllers_));
+    one->download().set_faults(download_faults(controllers_));
     ++controllers_;
     return [one] { return std::make_unique<ControllerDevice>(one); };
 }

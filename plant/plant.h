@@ -46,6 +46,8 @@ class Plant {
     void open_demo();
     void open_tcp(TcpStationSettings settings, MakeDevice make);
     MakeDevice controller();
+    DownloadFaults download_faults(std::size_t place) const;
+    void log_downloads();
     Faults next_faults();
 
     PollEventLoop& loop_;

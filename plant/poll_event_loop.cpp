@@ -12,20 +12,26 @@ namespace velorn::plant {
 
 namespace {
 
-std::int64_t steady_ms() {
+std::int64_t steady_ns() {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
+}
+
+std::int64_t wall_ms() {
+    const auto since_1970 = std::chrono::system_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(since_1970).count();
 }
 
 } // namespace
 
-PollEventLoop::PollEventLoop() : start_ms_(steady_ms()) {}
+PollEventLoop::PollEventLoop(int speed)
+    : speed_(std::max(speed, 1)), start_ns_(steady_ns()), start_wall_ms_(wall_ms()) {}
 
-std::int64_t PollEventLoop::now_ms() const { return steady_ms() - start_ms_; }
+std::int64_t PollEventLoop::now_ms() const { return (steady_ns() - start_ns_) * speed_ / 1'000'000; }
 
 DateTime PollEventLoop::local_time() const {
-    const auto since_1970 = std::chrono::system_clock::now().time_since_epoch();
-    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(since_1970).count();
+    // At the common speed the machine's clock is asked each time, since it may be set while we run.
+    const std::int64_t ms = speed_ == 1 ? wall_ms() : start_wall_ms_ + now_ms();
     const auto seconds = static_cast<std::time_t>(ms / 1000);
     std::tm parts{};
     localtime_r(&seconds, &parts);
@@ -49,7 +55,8 @@ void PollEventLoop::rest(std::optional<std::int64_t> until_ms) {
         poll_for(-1);
         return;
     }
-    const std::int64_t left = *until_ms - now_ms();
+    // Rounded up: a rest that ends before the time would turn the loop for nothing.
+    const std::int64_t left = (*until_ms - now_ms() + speed_ - 1) / speed_;
     poll_for(static_cast<int>(std::clamp<std::int64_t>(left, 0, std::numeric_limits<int>::max())));
 }
 

@@ -1,4 +1,5 @@
-// The event loop of the plant's program: poll(2) on file descriptors, the machine's clock.
+// The event loop of the plant's program: poll(2) on file descriptors, the machine's clock or one that runs a
+// multiple of it.
 #pragma once
 
 #include "runtime/event_loop.h"
@@ -15,7 +16,8 @@ class PollEventLoop final : public EventLoop {
   public:
     using Ready = std::function<void(short events)>; // the events of poll(2) that came
 
-    PollEventLoop();
+    // With a `speed` above 1 the clocks, the wall clock too, run that many times faster.
+    explicit PollEventLoop(int speed = 1);
 
     std::int64_t now_ms() const override;
     DateTime local_time() const override;
@@ -38,7 +40,9 @@ class PollEventLoop final : public EventLoop {
 
     void poll_for(int timeout_ms);
 
-    std::int64_t start_ms_; // of the machine's steady clock
+    std::int64_t speed_;
+    std::int64_t start_ns_;      // of the machine's steady clock
+    std::int64_t start_wall_ms_; // since 1970
     std::map<int, Watched> watched_;
 };
 

@@ -8,7 +8,9 @@
 #include "plant/exchange.h"
 
 #include <memory>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velorn::plant {
@@ -22,6 +24,10 @@ class Sites final : public Exchange {
     // From now on; a call or visit that is going on stays. What a TCP port does was settled when it was
     // opened.
     void set_behaviour(std::size_t place, Behaviour behaviour) { directory_.set_behaviour(place, behaviour); }
+    // From the next visit on; an empty name: nobody is asked.
+    void set_login(std::size_t place, std::string user, std::string password) {
+        directory_.set_login(place, std::move(user), std::move(password));
+    }
     // The line has no dial tone from now on, or has it again.
     void set_dead(bool dead) { dead_ = dead; }
 

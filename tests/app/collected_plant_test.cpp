@@ -17,7 +17,7 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 
 // Places in the directory.
-enum : std::size_t { with_login = 0, on_tcp = 2, on_modem = 5, busy = 9, never_answers = 11 };
+enum : std::size_t { with_login = 0, on_tcp = 2, on_modem = 7, busy = 9, never_answers = 11 };
 
 constexpr int year = 0; // of the archive: 2026
 

@@ -18,7 +18,7 @@ using ::testing::Not;
 using ::testing::StartsWith;
 
 // Places in the directory.
-enum : std::size_t { with_login = 0, port_23 = 1, on_tcp = 2, on_modem = 5, on_gateway = 7, busy = 9 };
+enum : std::size_t { with_login = 0, on_tcp = 2, on_gateway = 5, on_modem = 7, busy = 9 };
 enum : std::size_t { refuses = 10, never_answers = 11 };
 
 struct DialledPlant : testing::Test {
@@ -173,7 +173,8 @@ TEST_F(DialledPlant, tellsAWrongPasswordAndStaysOutside) {
 
 TEST_F(DialledPlant, isSentNoNameWhereNobodyAsks) {
     logs_in_as("service", "bhkw");
-    dials(port_23, 7000);
+    plant.sites.set_login(with_login, "", "");
+    dials(with_login, 7000);
     EXPECT_THAT(p.terminal(), Not(HasSubstr("Abfrage")));
     p.loop.pass(3000);
     EXPECT_THAT(p.terminal(), EndsWith("keine User/Password Abfrage\r\n"));
@@ -316,7 +317,7 @@ TEST_F(DialledPlant, behindTheSecondModemIsGivenUpWithTheAdviceToTryAgain) {
 TEST_F(DialledPlant, isReachedByModemAndByGatewayWhereItHasANumber) {
     for (const bool gateway : {false, true}) {
         p.settings.lanaktiv = static_cast<std::int16_t>(gateway ? 1 : 0);
-        for (std::size_t site = on_modem; site < busy; ++site) {
+        for (std::size_t site = on_gateway; site < busy; ++site) {
             dials(site, 30'000);
             EXPECT_TRUE(mirrors(site)) << site << gateway;
             p.frmTerminal.tbrToolBar("HangUpPhone").Click();

@@ -58,6 +58,12 @@ TEST(PhoneBookOfThePlant, hasNoProtocolFilesUnlessTheyAreWanted) {
     EXPECT_EQ(phone_book(two_sites(), {false, ""}).find("protokolle"), std::string::npos);
 }
 
+TEST(PhoneBookOfThePlant, namesTheArchivesOfTheSitesThatTakePart) {
+    EXPECT_THAT(phone_book(two_sites(), {true, "", true}), HasSubstr(text("c:\\archive\\muehle.dat")));
+    EXPECT_EQ(phone_book(two_sites(), {true, "", true}).find("hoehe.dat"), std::string::npos) << "busy";
+    EXPECT_EQ(phone_book(two_sites(), {}).find("archive"), std::string::npos);
+}
+
 TEST(PhoneBookOfThePlant, givesTheVisualisationToOneSite) {
     const std::string book = phone_book(demo_directory(), {false, "c:\\bild.exe"});
     const std::string site = text("Krankenhaus Sankt J\xF6rg") + text("127.0.1.3") + text("c:\\bild.exe");
@@ -71,8 +77,8 @@ TEST(Remarks, carryTheKeywordsThatTheSiteNeeds) {
     EXPECT_EQ(remark(sites[0]), "port 23, Anmeldung service");
     EXPECT_EQ(remark(sites[3]), "port 2001");
     EXPECT_EQ(remark(sites[4]), "port 10100");
-    EXPECT_EQ(remark(sites[5]), "Modem 19200");
-    EXPECT_EQ(remark(sites[7]), "über Gateway"_w);
+    EXPECT_EQ(remark(sites[7]), "Modem 19200");
+    EXPECT_EQ(remark(sites[5]), "über Gateway"_w);
     EXPECT_EQ(remark(sites[9]), std::string("über Gateway"_w) + ", besetzt");
     EXPECT_EQ(remark(sites[10]), "port 1100, lehnt ab");
     EXPECT_EQ(remark(sites[11]), "port 1100, antwortet nie");

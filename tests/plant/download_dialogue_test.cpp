@@ -55,6 +55,23 @@ TEST_F(ADownload, acceptsARangeAloneAndSendsDataSetsFromMidnight) {
     EXPECT_EQ(set_frame(at(2026, 11, 14, 3)).size(), 8U * 3 + 12);
 }
 
+TEST_F(ADownload, tellsAtItsEndWhatWasAskedForAndWhatWasTaken) {
+    std::vector<std::pair<long, long>> told;
+    dialogue.over = [&](long ordered, long acknowledged) { told.emplace_back(ordered, acknowledged); };
+    begins(quarters);
+    says_to("OK");
+    says_to(today, 400);
+    says_to("");
+    says_to("ER");
+    says_to("OK");
+    says_to("OK");
+    EXPECT_TRUE(told.empty());
+    says_to("\b");
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_GT(told[0].first, 2);
+    EXPECT_EQ(told[0].second, 2);
+}
+
 TEST_F(ADownload, endsWithTheNewestDataSet) {
     begins(quarters);
     says_to("OK");

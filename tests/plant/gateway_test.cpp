@@ -61,7 +61,7 @@ TEST_F(AGateway, dialsASiteAndJoinsItsController) {
     ASSERT_TRUE(come());
     EXPECT_EQ(dials("05550 100008"), "\r\nCONNECT 9600\r\n");
     EXPECT_EQ(says_to("\x01"), "\r\n*");
-    EXPECT_TRUE(sites.engaged(7));
+    EXPECT_TRUE(sites.engaged(5));
 }
 
 TEST_F(AGateway, saysWhyASiteCannotBeReached) {
@@ -79,11 +79,11 @@ TEST_F(AGateway, hangsUpByModemCommandsOrByClosing) {
     dials("05550100008");
     EXPECT_EQ(says_to("+++", 1500), "\r\nOK\r\n");
     EXPECT_EQ(says_to("ATH\r"), "ATH\r\r\nOK\r\n");
-    EXPECT_FALSE(sites.engaged(7));
+    EXPECT_FALSE(sites.engaged(5));
     dials("05550100008");
-    EXPECT_TRUE(sites.engaged(7));
+    EXPECT_TRUE(sites.engaged(5));
     leave();
-    EXPECT_FALSE(sites.engaged(7));
+    EXPECT_FALSE(sites.engaged(5));
 }
 
 TEST_F(AGateway, takesOneConnectionForEachModem) {

@@ -33,6 +33,22 @@ TEST(PlantOptions, takeFaultsWithPointOrComma) {
     EXPECT_EQ(options.faults.seed, 7u);
 }
 
+TEST(PlantOptions, takeFaultsOfTheDownload) {
+    const Options options =
+        good({"--demo", "--wrong-length", "0,1", "--frame-hangup", "1", "--range-again", "0.5"});
+    EXPECT_EQ(options.download_faults.wrong_lengths, 0.1);
+    EXPECT_EQ(options.download_faults.hang_ups, 1);
+    EXPECT_EQ(options.download_faults.vain_repeats, 0.5);
+    EXPECT_EQ(options.download_faults.wrong_dates, 0);
+}
+
+TEST(PlantOptions, takeASpeedOfTheClockFrom1To100) {
+    EXPECT_EQ(good({"--demo"}).speed, 1);
+    EXPECT_EQ(good({"--demo", "--zeitraffer", "100"}).speed, 100);
+    for (const char* speed : {"0", "101", "1,5", "x", ""})
+        EXPECT_NE(mistake({"--demo", "--zeitraffer", speed}), "") << speed;
+}
+
 TEST(PlantOptions, takeModemsAndTheDemo) {
     const Options options = good({"--modem", "m", "--modem", "--demo"});
     const std::vector<std::string> wanted = {"m", ""};
@@ -122,6 +138,7 @@ TEST(PlantOptions, takeAPhoneBookWithOrWithoutAPlant) {
         good({"--telefonbuch", "telefon.par", "--protokolle", "p", "--visualisierung", "c:\\Köln\\BILD.EXE"});
     EXPECT_EQ(book.phone_book, "telefon.par");
     EXPECT_EQ(book.protocols, "p");
+    EXPECT_EQ(good({"--telefonbuch", "t", "--archive", "a"}).archives, "a");
     EXPECT_EQ(book.visualisation, "c:\\K\xF6ln\\BILD.EXE");
     EXPECT_FALSE(book.serves());
     EXPECT_TRUE(good({"--telefonbuch", "telefon.par", "--demo"}).serves());
@@ -132,16 +149,19 @@ TEST(PlantOptions, refuseWhatAPhoneBookCannotKeep) {
     EXPECT_NE(mistake({"--telefonbuch", "a", "--visualisierung", "c:\\bild.bat"}), "");
     EXPECT_NE(mistake({"--telefonbuch", "a", "--visualisierung", "c:\\日\\bild.exe"}), "");
     EXPECT_EQ(mistake({"--demo", "--protokolle", "p"}),
-              "--protokolle und --visualisierung brauchen --telefonbuch.");
+              "--protokolle, --archive und --visualisierung brauchen --telefonbuch.");
 }
 
 TEST(PlantOptions, helpNamesEveryOption) {
     for (const char* name :
-         {"--pty",     "--modem",    "--tcp",         "--gateway",      "--demo",          "login=",
-          "reset",     "half-close", "flood=",        "dribble=",       "silent",          "refuse",
-          "no-answer", "modem1=",    "--source",      "--seed",         "--drop",          "--repeat",
-          "--garble",  "--delay",    "--slow",        "--silent-after", "--silent-for",    "--hangup-after",
-          "--log",     "--help",     "--telefonbuch", "--protokolle",   "--visualisierung"}) {
+         {"--pty",         "--modem",        "--tcp",           "--gateway",        "--demo",
+          "login=",        "reset",          "half-close",      "flood=",           "dribble=",
+          "silent",        "refuse",         "no-answer",       "modem1=",          "--source",
+          "--seed",        "--drop",         "--repeat",        "--garble",         "--delay",
+          "--slow",        "--silent-after", "--silent-for",    "--hangup-after",   "--log",
+          "--help",        "--telefonbuch",  "--protokolle",    "--visualisierung", "--archive",
+          "--zeitraffer",  "--init-garble",  "--wrong-length",  "--wrong-date",     "--packet-repeat",
+          "--two-at-once", "--slow-frame",   "--frame-silence", "--frame-hangup",   "--range-again"}) {
         EXPECT_NE(help_text().find(name), std::string_view::npos) << name;
     }
     EXPECT_TRUE(good({"--help"}).help);
