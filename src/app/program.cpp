@@ -55,7 +55,8 @@ Program::Program(World given)
                  telefonbuch, frmtelefon, phonebook_window, phonebook_lines, collection_panel, archive_window,
                  dialling, collection_log),
       frmedit(world.loop, world.files, world.dialogs, world.printer, module1),
-      start(world, events, module1, settings, settings_files, frmTerminal, waits, MSComm1, looks),
+      start(world, events, module1, settings, settings_files, frmTerminal, waits, MSComm1, looks,
+            archive_window),
       commands(world, module1, settings, settings_files, frmTerminal, start, output, frmftast, frmtelefon,
                phonebook_window, frmedit) {
     // Calls go down and news goes up; here the floors' news finds its listeners.

@@ -16,7 +16,7 @@ const Variant zero{std::int16_t{0}};
 
 ProgramStart::ProgramStart(World& world, const Events& events, Module1& module1, Settings& settings,
                            SettingsFiles& settings_files, FrmTerminal& frmTerminal, WaitCounter& waits,
-                           MSComm& MSComm1, DisplayLooks& looks)
+                           MSComm& MSComm1, DisplayLooks& looks, ArchiveWindow& archive_window)
     : world_(world),
       events_(events),
       module1_(module1),
@@ -25,7 +25,8 @@ ProgramStart::ProgramStart(World& world, const Events& events, Module1& module1,
       frmTerminal_(frmTerminal),
       waits_(waits),
       MSComm1_(MSComm1),
-      looks_(looks) {
+      looks_(looks),
+      archive_window_(archive_window) {
     frmTerminal_.Timerglobal.Tick = [this] { Timerglobal_Tick(); };
     frmTerminal_.Timer2.Tick = [this] { frmTerminal_.Timer2.Enabled = false; };
     frmTerminal_.Timer9.Tick = [this] { Timer9_Tick(); };
@@ -150,6 +151,7 @@ void ProgramStart::count_start() {
 }
 
 void ProgramStart::Form_QueryUnload() {
+    if (!archive_window_.close(ArchiveWindow::Closing::saving) || world_.loop.ended()) return;
     write_terminal(frmTerminal_, "ENDE!!!!! \r\n");
     module1_.globalsek = 0;
     // A clean end never resumes a collection.

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "app/world.h"
+#include "archive/archive_window.h"
 #include "core/events.h"
 #include "core/frm_terminal.h"
 #include "core/module1.h"
@@ -24,11 +25,12 @@ class ProgramStart {
   public:
     ProgramStart(World& world, const Events& events, Module1& module1, Settings& settings,
                  SettingsFiles& settings_files, FrmTerminal& frmTerminal, WaitCounter& waits, MSComm& MSComm1,
-                 DisplayLooks& looks);
+                 DisplayLooks& looks, ArchiveWindow& archive_window);
 
     void Form_Load();
 
-    // The window is to be closed. It stays open when the person calls the closing off.
+    // The window is to be closed; an open archive is saved first. It stays open when the person calls the
+    // closing off, and when the archive could not be saved.
     void Form_QueryUnload();
     // Ends the program. Cancel is set when the person calls it off, since data could not be sent.
     void Form_Unload(bool& Cancel);
@@ -52,6 +54,7 @@ class ProgramStart {
     WaitCounter& waits_;
     MSComm& MSComm1_;
     DisplayLooks& looks_;
+    ArchiveWindow& archive_window_;
     std::set<std::string> refused_in_this_start_;
 };
 
