@@ -5,11 +5,13 @@
 #include "desktop/grounds.h"
 
 #include <QApplication>
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QRadioButton>
 
 namespace velorn {
 
@@ -125,6 +127,24 @@ QCheckBox* ControlWidgets::check_box(CheckBox& box, const QString& name, const Q
         ask([&box, on] { box.Value = on; });
     });
     return shown;
+}
+
+std::vector<QRadioButton*> ControlWidgets::options(OptionGroup& group, const QString& name, QWidget* parent) {
+    std::vector<QRadioButton*> all;
+    auto* exclusive = new QButtonGroup(parent);
+    int index = 0;
+    for (const std::string& caption : group.captions()) {
+        auto* option = new QRadioButton(to_qstring(caption), parent);
+        option->setObjectName(name + QString::number(index));
+        exclusive->addButton(option, index++);
+        all.push_back(option);
+    }
+    show(group, [&group, exclusive] {
+        if (QAbstractButton* const down = exclusive->button(group.selected())) down->setChecked(true);
+    });
+    QObject::connect(exclusive, &QButtonGroup::idClicked, parent,
+                     [this, &group](int id) { ask([&group, id] { group.select(id); }); });
+    return all;
 }
 
 QLabel* ControlWidgets::label(Label& label, const QString& name, const QString& frame, QWidget* parent) {

@@ -14,6 +14,7 @@ class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QRadioButton;
 class QWidget;
 
 namespace velorn {
@@ -43,6 +44,8 @@ class ControlWidgets {
     QLineEdit* text_box(TextBox& box, const QString& name, const QString& what, const QString& tip,
                         QWidget* parent);
     QCheckBox* check_box(CheckBox& box, const QString& name, const QString& tip, QWidget* parent);
+    // One button for each caption, in a group of their own; each bears `name` and its index.
+    std::vector<QRadioButton*> options(OptionGroup& group, const QString& name, QWidget* parent);
     // `frame` has %1 in the caption's place.
     QLabel* label(Label& label, const QString& name, const QString& frame, QWidget* parent);
 

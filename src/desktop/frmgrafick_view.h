@@ -8,9 +8,6 @@
 
 #include <functional>
 
-class QComboBox;
-class QGroupBox;
-
 namespace velorn {
 
 class FrmgrafickView : public QWidget {
@@ -26,8 +23,6 @@ class FrmgrafickView : public QWidget {
   private:
     void show_form();
     void build();
-    QGroupBox* download_panel();
-    QComboBox* list(ComboBox& box, const char* name, const QString& what, QWidget* parent);
 
     FrmGrafick& frmgrafick_;
     ControlWidgets widgets_;

@@ -5,6 +5,7 @@
 #include "desktop/phonebook_panels.h"
 #include "desktop/style.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -130,6 +131,15 @@ void FrmtelefonView::build_shortcuts() {
     const auto search = [this] { widgets_.ask([this] { frmtelefon_.Command7.Click(); }); };
     on(QKeySequence(Qt::CTRL | Qt::Key_F), search);
     on(QKeySequence(Qt::Key_F3), search);
+    const auto click_on = [this](const char* name) {
+        auto* const button = findChild<QAbstractButton*>(QString::fromLatin1(name));
+        return [button] {
+            if (button->isVisible()) button->click();
+        };
+    };
+    on(QKeySequence(Qt::ALT | Qt::Key_T), click_on("telnet"));
+    on(QKeySequence(Qt::ALT | Qt::Key_H), click_on("comautohol"));
+    on(QKeySequence(Qt::ALT | Qt::Key_S), click_on("comstart"));
     on(QKeySequence(Qt::CTRL | Qt::Key_Home), [this] { lines_->scroll_to_first(); });
     on(QKeySequence(Qt::CTRL | Qt::Key_End), [this] { lines_->scroll_to_last(); });
 }

@@ -26,6 +26,7 @@
 #include <QStandardPaths>
 #include <QTranslator>
 
+#include <cstdio>
 #include <filesystem>
 #include <optional>
 
@@ -59,6 +60,15 @@ std::optional<std::string> log_folder(const VelornIni& ini) {
     return Paths::stored(std::filesystem::path(std::u8string(named.begin(), named.end())));
 }
 
+// How many times as fast the clock is to run: the number behind "--zeitraffer" on the command line, for the
+// demo and for trying out a night's work. 0: what stands there is none.
+int speed_of(const QStringList& arguments) {
+    const auto at = arguments.indexOf(QStringLiteral("--zeitraffer"));
+    if (at < 0) return 1;
+    const int speed = arguments.value(at + 1).toInt();
+    return speed >= 1 && speed <= 100 ? speed : 0;
+}
+
 // The toolkit's own dialogs, such as the printer's. Where its translation isn't there they stay as they are.
 void speak_german(QApplication& application, QTranslator& german) {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
@@ -76,11 +86,17 @@ int main(int argc, char** argv) {
     QTranslator german;
     speak_german(application, german);
 
+    const int speed = speed_of(QApplication::arguments());
+    if (speed == 0) {
+        std::fputs("velorn: --zeitraffer verlangt eine ganze Zahl von 1 bis 100\n", stderr);
+        return 2;
+    }
+
     const std::filesystem::path folder = program_folder();
     const VelornIni ini = VelornIni::load(folder / "velorn.ini");
     const Paths paths(folder, ini.drives());
     DiskFiles files(paths);
-    QtEventLoop loop;
+    QtEventLoop loop(speed);
     QtDialogs dialogs(loop, paths);
     QtSerialPort serial(loop, [&ini](int com_port) { return device_of(ini, com_port); });
     QtTcpClient tcp(loop);

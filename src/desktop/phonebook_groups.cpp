@@ -37,9 +37,9 @@ QGroupBox* dial_group(FrmTelefon& f, ControlWidgets& widgets, QWidget* parent) {
     bold.setBold(true);
     dial->setFont(bold);
 
-    auto* telnet =
-        widgets.check_box(f.telnet, QStringLiteral("telnet"),
-                          QStringLiteral("Telefonnummern über die beiden Modems am Gateway wählen"), group);
+    auto* telnet = widgets.check_box(
+        f.telnet, QStringLiteral("telnet"),
+        QStringLiteral("Telefonnummern über die beiden Modems am Gateway wählen (Alt+T)"), group);
     f.txtprestrcheck.Caption = "Vorwahl";
     auto* prefixed = widgets.check_box(f.txtprestrcheck, QStringLiteral("txtprestrcheck"),
                                        QStringLiteral("Die Vorwahl vor jeder Telefonnummer wählen"), group);
@@ -101,9 +101,10 @@ QGroupBox* edit_group(FrmTelefon& f, ControlWidgets& widgets, QWidget* parent) {
         ++i;
     }
     grid->addWidget(
-        widgets.button(f.comautohol, QStringLiteral("comautohol"),
-                       QStringLiteral("Holt die 1/4h-Daten aller dafür vorgesehenen Anlagen der Reihe nach"),
-                       group),
+        widgets.button(
+            f.comautohol, QStringLiteral("comautohol"),
+            QStringLiteral("Holt die 1/4h-Daten aller dafür vorgesehenen Anlagen der Reihe nach (Alt+H)"),
+            group),
         i / 2, 0, 1, 2);
     grid->setRowStretch(i / 2 + 1, 1);
     return group;

@@ -5,7 +5,6 @@
 #include "desktop/style.h"
 
 #include <QApplication>
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -68,6 +67,7 @@ void PhonebookPanels::show_panel() {
     QWidget* const focus = QApplication::focusWidget();
     if (leave && focus != nullptr && isAncestorOf(focus)) leave();
     setCurrentIndex(page);
+    if (page == collection_page) findChild<QLineEdit*>(QStringLiteral("txtstartnr"))->setFocus();
 }
 
 QWidget* PhonebookPanels::swap_panel() {
@@ -93,20 +93,9 @@ QWidget* PhonebookPanels::flag_panel() {
     panel->setObjectName(QStringLiteral("picdownload"));
     auto* column = new QVBoxLayout(panel);
     column->setSpacing(space::medium);
-    auto* exclusive = new QButtonGroup(panel);
-    OptionGroup& options = frmtelefon_.optuebertrag;
-    int index = 0;
-    for (const std::string& caption : options.captions()) {
-        auto* option = new QRadioButton(to_qstring(caption), panel);
-        option->setObjectName(QStringLiteral("optuebertrag%1").arg(index));
-        exclusive->addButton(option, index++);
+    for (QRadioButton* const option :
+         widgets_.options(frmtelefon_.optuebertrag, QStringLiteral("optuebertrag"), panel))
         column->addWidget(option);
-    }
-    widgets_.show(options, [&options, exclusive] {
-        if (QAbstractButton* const down = exclusive->button(options.selected())) down->setChecked(true);
-    });
-    QObject::connect(exclusive, &QButtonGroup::idClicked, panel,
-                     [this, &options](int id) { widgets_.ask([&options, id] { options.select(id); }); });
     column->addStretch(1);
     column->addWidget(
         widgets_.button(frmtelefon_.closedathol, QStringLiteral("closedathol"), QString(), panel), 0,
@@ -194,9 +183,9 @@ QWidget* PhonebookPanels::collection_panel() {
 
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(space::medium);
-    buttons->addWidget(widgets_.button(f.comstart, QStringLiteral("comstart"),
-                                       QStringLiteral("Wartet auf Startdatum und Startzeit und holt dann"),
-                                       panel));
+    buttons->addWidget(
+        widgets_.button(f.comstart, QStringLiteral("comstart"),
+                        QStringLiteral("Wartet auf Startdatum und Startzeit und holt dann (Alt+S)"), panel));
     buttons->addWidget(
         widgets_.button(f.abbruch, QStringLiteral("abbruch"), QStringLiteral("Beendet die Abholung"), panel));
     buttons->addStretch(1);
