@@ -5,6 +5,7 @@
 #include "desktop/frm_properties_view.h"
 #include "desktop/frmedit_view.h"
 #include "desktop/frmftast_view.h"
+#include "desktop/frmgrafick_view.h"
 #include "desktop/frmtelefon_view.h"
 #include "desktop/main_window.h"
 #include "desktop/qt_dialogs.h"
@@ -13,6 +14,7 @@
 #include "desktop/style.h"
 #include "desktop/terminal_view.h"
 #include "plant/controller.h"
+#include "plant/demo_archives.h"
 #include "plant/demo_book.h"
 #include "runtime/disk_files.h"
 #include "runtime/text.h"
@@ -83,6 +85,19 @@ void write_book(Program& program, const plant::Directory& directory, const std::
               plant::first_protocol_line({2026, 11, 1, 8, 0, 0, 0}));
 }
 
+// For the site in the third line.
+void write_archive(Program& program, Files& files) {
+    const std::string path = "c:\\hallenbad-muehlau.dat";
+    if (const auto file = files.open(path, OpenMode::create)) {
+        plant::Site site;
+        site.seed = 7;
+        (void)plant::write_archive(site, program.world.loop.local_time(), **file);
+    }
+    program.module1.telindex = 2;
+    program.telefonbuch[2].viertdatei = path;
+    program.module1.projektname = program.telefonbuch[2].name.text();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -127,6 +142,8 @@ int main(int argc, char** argv) {
     FrmtelefonView frmtelefon(
         program.frmtelefon, program.module1,
         [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+    FrmgrafickView frmgrafick(
+        program.frmgrafick, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     FrmeditView frmedit(
         program.frmedit, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     const auto pass = [&](int ms) {
@@ -192,6 +209,22 @@ int main(int argc, char** argv) {
         f.cmdCancel.Click();
     });
     press(program.frmTerminal.mnutelefonbuch);
+
+    // ---- the archive, in the middle of a download ----
+    write_archive(program, files);
+    program.frmTerminal.tbrToolBar("grafick").Click();
+    pass(500);
+    program.frmgrafick.opendathol.Click();
+    const DateTime today = loop.local_time();
+    CollectionStart yesterday{today.day, today.month, today.year, 0, 0};
+    yesterday.subtract_day();
+    program.download.set_start({yesterday.holtag, yesterday.holmonat, yesterday.holjahr});
+    program.frmgrafick.download.Click();
+    (void)loop.wait_until([&] { return program.frmgrafick.neuwerte > 60; });
+    frmgrafick.resize(frmgrafick.minimumSize());
+    take(frmgrafick, QStringLiteral("daten-holen"));
+    (void)program.archive_window.close(ArchiveWindow::Closing::discarding);
+    type("\x08");
 
     // ---- the mirrored display, whose colours are its own in either palette ----
     if (argc > 2) {
