@@ -2,6 +2,11 @@
 
 #include "archive/archive_layout.h"
 
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#define VELORN_SSE2
+#endif
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -31,6 +36,9 @@ constexpr int lanes = 4;
 template <class T>
 using Lanes = std::array<T, lanes>;
 
+// So many rows of the widest archive stay in a processor's innermost cache while all tracks are worked on.
+constexpr int rows_at_once = 24;
+
 struct Running {
     Lanes<double> sum{};
     Lanes<std::int32_t> values{};
@@ -42,30 +50,58 @@ constexpr float most_below = -999.01F;
 static_assert(present(least_above) && !present(-996.99005F));
 static_assert(present(most_below) && !present(-999.0099F));
 
-// Adds up `rows` rows of as many tracks as there are lanes, the first at `from`.
-inline void add_rows(const float* from, int rows, std::ptrdiff_t columns, Running& running, Running& slot) {
-    Running all = running;
-    Running here;
+#ifdef VELORN_SSE2
+
+// Adds rows of as many tracks as there are lanes, the first at `from`, to the sums of the whole period and to
+// those of the slot; how many there are is counted in the slot.
+void add_rows(const float* from, int rows, std::ptrdiff_t columns, Running& running, Running& slot) {
+    const __m128 above = _mm_set1_ps(least_above);
+    const __m128 below = _mm_set1_ps(most_below);
+    __m128d all_low = _mm_loadu_pd(&running.sum[0]);
+    __m128d all_high = _mm_loadu_pd(&running.sum[2]);
+    __m128d here_low = _mm_loadu_pd(&slot.sum[0]);
+    __m128d here_high = _mm_loadu_pd(&slot.sum[2]);
+    __m128i count = _mm_loadu_si128(reinterpret_cast<const __m128i*>(slot.values.data()));
+    for (int row = 0; row < rows; ++row, from += columns) {
+        const __m128 values = _mm_loadu_ps(from);
+        const __m128 there = _mm_or_ps(_mm_cmpge_ps(values, above), _mm_cmple_ps(values, below));
+        const __m128 counted = _mm_and_ps(values, there);
+        const __m128d low = _mm_cvtps_pd(counted);
+        const __m128d high = _mm_cvtps_pd(_mm_movehl_ps(counted, counted));
+        count = _mm_sub_epi32(count, _mm_castps_si128(there));
+        all_low = _mm_add_pd(all_low, low);
+        all_high = _mm_add_pd(all_high, high);
+        here_low = _mm_add_pd(here_low, low);
+        here_high = _mm_add_pd(here_high, high);
+    }
+    _mm_storeu_pd(&running.sum[0], all_low);
+    _mm_storeu_pd(&running.sum[2], all_high);
+    _mm_storeu_pd(&slot.sum[0], here_low);
+    _mm_storeu_pd(&slot.sum[2], here_high);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(slot.values.data()), count);
+}
+
+#else // a plain machine
+
+void add_rows(const float* from, int rows, std::ptrdiff_t columns, Running& running, Running& slot) {
     for (int row = 0; row < rows; ++row, from += columns) {
         for (std::size_t lane = 0; lane < lanes; ++lane) {
-            const float value = from[lane];
-            const bool is_there = (value >= least_above) | (value <= most_below);
-            const double counted = is_there ? value : 0.0F;
-            all.sum[lane] += counted;
-            here.sum[lane] += counted;
-            here.values[lane] += is_there ? 1 : 0;
+            if (!present(from[lane])) continue;
+            running.sum[lane] += from[lane];
+            slot.sum[lane] += from[lane];
+            ++slot.values[lane];
         }
     }
-    for (std::size_t lane = 0; lane < lanes; ++lane) all.values[lane] += here.values[lane];
-    running = all;
-    slot = here;
 }
+
+#endif
 
 // Tracks that are worked on together, and where in the answer each of them stands.
 struct Group {
     int first = 0;      // column
     Lanes<int> place{}; // -1: not asked for
     Running running;
+    Running slot;
 };
 
 std::vector<Group> groups_of(std::span<const int> tracks, int columns) {
@@ -81,13 +117,15 @@ std::vector<Group> groups_of(std::span<const int> tracks, int columns) {
     return groups;
 }
 
-void end_slot(const Group& group, const Running& slot, std::vector<TrackFigures>& figures) {
+void end_slot(Group& group, bool wanted, std::vector<TrackFigures>& figures) {
     for (std::size_t lane = 0; lane < lanes; ++lane) {
-        if (group.place[lane] < 0) continue;
+        group.running.values[lane] += group.slot.values[lane];
+        if (!wanted || group.place[lane] < 0) continue;
         figures[static_cast<std::size_t>(group.place[lane])].slots.push_back(
-            slot.values[lane] > 0 ? slot.sum[lane] / slot.values[lane]
-                                  : std::numeric_limits<double>::quiet_NaN());
+            group.slot.values[lane] > 0 ? group.slot.sum[lane] / group.slot.values[lane]
+                                        : std::numeric_limits<double>::quiet_NaN());
     }
+    group.slot = {};
 }
 
 } // namespace
@@ -113,18 +151,17 @@ std::vector<TrackFigures> figures_of(Archive& archive, Table table, int startjah
     }
     const int columns = table == Table::daten ? archive.spuranz + 1 : archive_layout::calculated_tracks;
     std::vector<Group> groups = groups_of(tracks, columns);
-    const int rows = slot > 0 ? slot : quarters_of_a_day;
+    const int rows_of_a_slot = slot > 0 ? slot : quarters_of_a_day;
+    const int rows = std::min(rows_of_a_slot, rows_at_once);
     for (const CalendarDay& day : days) {
         const int y = day.jahr - startjahr;
         const std::span<const float> values = table == Table::daten ? archive.year(y) : archive.rechyear(y);
-        const float* const first = values.data() + archive_layout::row_of(day.mon, day.tag, 1) * columns;
-        for (Group& group : groups) {
-            const float* from = first + group.first;
-            for (int done = 0; done < quarters_of_a_day; done += rows) {
-                Running of_slot;
-                add_rows(from, rows, columns, group.running, of_slot);
-                if (slot > 0) end_slot(group, of_slot, figures);
-                from += std::ptrdiff_t{rows} * columns;
+        const float* from = values.data() + archive_layout::row_of(day.mon, day.tag, 1) * columns;
+        for (int done = rows; done <= quarters_of_a_day;
+             done += rows, from += std::ptrdiff_t{rows} * columns) {
+            for (Group& group : groups) {
+                add_rows(from + group.first, rows, columns, group.running, group.slot);
+                if (done % rows_of_a_slot == 0) end_slot(group, slot > 0, figures);
             }
         }
     }
