@@ -1,6 +1,6 @@
 // The plant at the other end of both links of a program in memory: a modem on the serial line, and on the
 // network the sites at their addresses and the gateway with its two modems. One connection at a time, as the
-// program has it.
+// program has it. The sites are the demo's where no others are given.
 #pragma once
 
 #include "plant/gateway.h"
@@ -12,15 +12,24 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace velorn::test {
 
 class PlantNetwork {
   public:
     template <class AnyTestProgram>
-    explicit PlantNetwork(AnyTestProgram& p) : PlantNetwork(p.loop, p.program, p.serial, p.tcp) {}
-    PlantNetwork(EventLoop& loop, Program& program, FakeSerialPort& serial, FakeTcpClient& tcp)
-        : loop_(loop), program_(program), serial_(serial), tcp_(tcp) {
+    explicit PlantNetwork(AnyTestProgram& p, plant::Directory directory = plant::demo_directory())
+        : PlantNetwork(p.loop, p.program, p.serial, p.tcp, std::move(directory)) {}
+    PlantNetwork(EventLoop& loop, Program& program, FakeSerialPort& serial, FakeTcpClient& tcp,
+                 plant::Directory directory = plant::demo_directory())
+        : loop_(loop),
+          program_(program),
+          serial_(serial),
+          tcp_(tcp),
+          sites(loop, std::move(directory)),
+          gateway(loop, sites),
+          modem(loop, sites) {
         program.world.gateway.address = plant::demo_gateway_address;
         modem.send = [this](std::string_view bytes) { serial_.arrives(bytes); };
         serial.on_write = [this](std::string_view bytes) {
@@ -51,9 +60,9 @@ class PlantNetwork {
     FakeTcpClient& tcp_;
 
   public:
-    plant::Sites sites{loop_, plant::demo_directory()};
-    plant::Gateway gateway{loop_, sites};
-    plant::Modem modem{loop_, sites}; // on the serial line
+    plant::Sites sites;
+    plant::Gateway gateway;
+    plant::Modem modem; // on the serial line
 
   private:
     enum class Answer { takes, refuses, silence };
