@@ -55,6 +55,7 @@ bool HangUp::mnuHangUp_Click() {
         if (!goes_on(ask_modem(module1_, output_, waits_, "+++", answer_ticks), call)) return false;
         if (!module1_.warteok) break;
     }
+    escape_answered_ = !module1_.warteok;
     if (!goes_on(ask_modem(module1_, output_, waits_, "ATH\r", answer_ticks), call)) return false;
     if (module1_.warteok) return true;
     frmTerminal_.sbrStatus.projekt.Text = "offline";
@@ -104,7 +105,9 @@ void HangUp::Timer20_Tick() {
     } else if (module1_.tcpoffen) {
         end_tcp();
         write_terminal(frmTerminal_, ended);
-    } else {
+    } else if (mnuHangUp_Click() && module1_.warteok && escape_answered_) {
+        // There is a modem, and it hasn't hung up: the "OK" to the escape was another's, mostly the echo of
+        // the download's last answer. The next site's number would be told to this one.
         mnuHangUp_Click();
     }
 }

@@ -43,8 +43,9 @@ class HangUp {
     WaitCounter& waits_;
     Output& output_;
     Winsock& Winsock1_;
-    bool hanging_up_ = false;    // the toolbar's key is at it
-    bool auflegenstill_ = false; // hanging up by itself: the end of remote control asks nothing
+    bool escape_answered_ = false; // the last "+++" was followed by an "OK", whoever said it
+    bool hanging_up_ = false;      // the toolbar's key is at it
+    bool auflegenstill_ = false;   // hanging up by itself: the end of remote control asks nothing
 };
 
 } // namespace velorn

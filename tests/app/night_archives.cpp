@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <optional>
 
 namespace velorn::test {
@@ -27,13 +28,12 @@ std::string bytes_of(const std::vector<float>& values) {
 constexpr std::int64_t rows = std::int64_t{10} * 13 * 32 * 97;
 constexpr std::int64_t calculated_size = rows * 5 * 4;
 
-// The tagged values between the two tables.
+// Tagged values that follow each other.
 struct TaggedValues {
     std::vector<Variant> all;
     std::size_t size = 0; // bytes
 
-    TaggedValues(std::string_view bytes, int tracks) {
-        const auto count = static_cast<std::size_t>(5 * (tracks + 1) + 17 + 44 + 7 + 6);
+    TaggedValues(std::string_view bytes, std::size_t count) {
         while (all.size() < count) {
             Variant value;
             if (decode(bytes, size, value) != Decoded::complete) break;
@@ -53,22 +53,28 @@ class Expected {
     Expected(const NightSite& site, const BlockFiles::Content& before)
         : tracks_(site.archive_tracks), startjahr_(site.startjahr) {
         files_.set_content(path, before);
+        file_ = files_.open(path, OpenMode::read_write).value();
     }
 
-    void store(const HeardSet& set) {
-        files_.set_bytes(path, place_of(cell_of(set), tracks_ + 1, 1), bytes_of(set.values));
-    }
+    void store(const HeardSet& set) { put(place_of(cell_of(set), tracks_ + 1, 1), bytes_of(set.values)); }
     // The archive's texts after the tracks that the controller has told, or as they were; and the stamp that
     // each opening leaves in the calculated table.
     void finish(const std::optional<HeardTracks>& told) {
+        constexpr std::int64_t longest_texts = 256 * 1024;
+        const auto settings = static_cast<std::size_t>(5 * (tracks_ + 1) + 17 + 44 + 7 + 6);
         const std::int64_t at = rows * (tracks_ + 1) * 4;
-        TaggedValues values(files_.bytes(path, at, 256 * 1024), tracks_);
+        TaggedValues values(files_.bytes(path, at, longest_texts), settings);
         const std::int64_t behind = at + static_cast<std::int64_t>(values.size);
-        std::string calculated = files_.bytes(path, behind, files_.length(path) - behind);
+        // What lies behind the texts is of a former, longer file and stays where it is.
+        const TaggedValues texts_of_calculated(files_.bytes(path, behind + calculated_size, longest_texts),
+                                               5 * 6);
+        std::string calculated =
+            files_.bytes(path, behind, calculated_size + static_cast<std::int64_t>(texts_of_calculated.size));
         const auto stamp_at = static_cast<std::size_t>(place_of({1, 2, 31, 1}, 5, 0));
         float stamp = 0;
         std::memcpy(&stamp, calculated.data() + stamp_at, 4);
-        if (stamp < 1002.0F) {
+        const bool without_stamp = stamp < 1002.0F;
+        if (without_stamp) {
             stamp = 1003.0F;
             std::memcpy(calculated.data() + stamp_at, &stamp, 4);
         }
@@ -82,9 +88,8 @@ class Expected {
         }
         const std::string texts = values.bytes();
         const std::size_t grown = texts.size();
-        files_.set_bytes(path, at, texts);
-        if (grown != values.size || stamp == 1003.0F)
-            files_.set_bytes(path, at + static_cast<std::int64_t>(grown), calculated);
+        put(at, texts);
+        if (grown != values.size || without_stamp) put(at + static_cast<std::int64_t>(grown), calculated);
     }
 
     bool holds(const BlockFiles::Content& after) const { return files_.content(path) == after; }
@@ -126,9 +131,12 @@ class Expected {
         return {set.year - startjahr_, set.month, set.day, set.quarter};
     }
 
+    void put(std::int64_t offset, std::string_view bytes) { (void)file_->write(offset + 1, bytes); }
+
     int tracks_;
     int startjahr_;
     BlockFiles files_;
+    std::unique_ptr<BinaryFile> file_;
 };
 
 // What is known of a site's turns in all watches. A turn that the kill ended may have left the texts of the

@@ -13,10 +13,10 @@
 namespace velorn::test {
 
 struct LineEvent {
-    enum class What { connects, arrives, leaves };
+    enum class What { connects, accepted, lost, arrives, leaves };
     std::int64_t ms; // of the loop
     What what;
-    std::string bytes; // of a connection the address
+    std::string bytes; // of a connection that is asked for, accepted or lost the address
 };
 
 class LineTap {
@@ -41,6 +41,19 @@ class TappedTcpClient final : public FakeTcpClient {
         if (tap_.dead) return;
         tap_.note(LineEvent::What::connects, to);
         FakeTcpClient::connect(to, at);
+    }
+    void succeeds() override {
+        tap_.note(LineEvent::What::accepted, host);
+        FakeTcpClient::succeeds();
+    }
+    // From here on nothing leaves any more; what has arrived can still be taken.
+    void ends() override {
+        tap_.note(LineEvent::What::lost, host);
+        FakeTcpClient::ends();
+    }
+    void fails(int number, std::string description) override {
+        tap_.note(LineEvent::What::lost, host);
+        FakeTcpClient::fails(number, std::move(description));
     }
     void write(std::string_view bytes) override {
         if (tap_.dead) return;

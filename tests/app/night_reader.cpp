@@ -47,6 +47,10 @@ class Reader {
     void take(const LineEvent& event) {
         switch (event.what) {
         case LineEvent::What::connects: connects(event.bytes); break;
+        case LineEvent::What::accepted:
+            if (site_) here().reached = true;
+            break;
+        case LineEvent::What::lost: lost_ = true; break;
         case LineEvent::What::arrives: arrives(event); break;
         case LineEvent::What::leaves: leaves(event); break;
         }
@@ -65,6 +69,7 @@ class Reader {
 
     void connects(const std::string& address) {
         leave();
+        lost_ = false;
         for (std::size_t i = 0; i < plan_.sites.size(); ++i) {
             if (plan_.sites[i].site.address == address) meet(i);
         }
@@ -93,6 +98,7 @@ class Reader {
         if (frame == Frame::accepted) phase_ = Phase::data;
         // The controller has started over.
         if (frame == Frame::data && phase_ == Phase::range) phase_ = Phase::tracks;
+        if (frame == Frame::data && lost_) answered_in_vain();
         if (frame == Frame::end) {
             here().complete = true;
             on_ = false;
@@ -103,6 +109,7 @@ class Reader {
         const std::string& bytes = event.bytes;
         if (bytes.starts_with("atd")) {
             leave();
+            lost_ = false;
             for (std::size_t i = 0; i < plan_.sites.size(); ++i) {
                 if (bytes == "atd" + plan_.sites[i].site.number + '\r') meet(i);
             }
@@ -122,6 +129,7 @@ class Reader {
             return;
         }
         HeardSite& site = here();
+        site.reached = true;
         ++site.downloads;
         site.begun_ms = ms;
         site.four_hours = four_hours;
@@ -151,6 +159,16 @@ class Reader {
             for (HeardSet& set : *sets) here().sets.push_back(std::move(set));
         } else {
             complain("a frame was acknowledged that makes no sense: " + box_);
+        }
+    }
+
+    // What came just before the far end was gone is good all the same.
+    void answered_in_vain() {
+        answered_ = true;
+        if (phase_ == Phase::tracks) {
+            if (auto tracks = tracks_in(box_)) here().tracks = std::move(tracks);
+        } else if (auto sets = data_in(box_); sets && phase_ == Phase::data) {
+            for (HeardSet& set : *sets) here().sets.push_back(std::move(set));
         }
     }
 
@@ -211,7 +229,8 @@ class Reader {
     const NightPlan& plan_;
     HeardNight& night_;
     std::optional<std::size_t> site_;
-    bool on_ = false; // a download
+    bool on_ = false;   // a download
+    bool lost_ = false; // the connection; what the program says doesn't leave it
     Phase phase_ = Phase::tracks;
     std::int64_t ordered_ms_ = 0;
     bool settled_ = false;

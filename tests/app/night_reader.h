@@ -26,7 +26,8 @@ struct HeardTracks {
 
 // What one site's turn came to.
 struct HeardSite {
-    int called = 0;                    // connections and calls
+    int called = 0;                    // connections and calls that were asked for
+    bool reached = false;              // a connection came about
     int downloads = 0;                 // begun
     std::int64_t begun_ms = 0;         // the last of them
     bool four_hours = false;           // was ordered

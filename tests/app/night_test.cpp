@@ -21,14 +21,19 @@ std::optional<std::uint64_t> number_from_outside(const char* name) {
     return number;
 }
 
-// False: something was wrong, and it is told.
-bool is_good(std::uint64_t seed, ArchiveTemplates& templates) {
+// False: something was wrong, and it is told; after it, where wanted, all that the program told.
+bool is_good(std::uint64_t seed, ArchiveTemplates& templates, bool at_length = false) {
     const NightPlan plan = plan_of(seed);
     Night night;
     run_night(plan, templates, night);
     const std::vector<std::string> complaints = judge(plan, night);
     for (const std::string& complaint : complaints) ADD_FAILURE() << "night " << seed << ": " << complaint;
-    return complaints.empty();
+    if (complaints.empty()) return true;
+    for (const Watch& watch : night.watches) {
+        if (at_length)
+            std::cout << "-------- terminal\n" << watch.terminal << "\n-------- log\n" << watch.log;
+    }
+    return false;
 }
 
 constexpr std::uint64_t nights_of_a_group = 5;
@@ -62,7 +67,7 @@ TEST(ALongSeries, ofNightsIsRunWhenItIsOrdered) {
     const std::uint64_t first = number_from_outside("VELORN_NIGHT_SEED").value_or(1);
     ArchiveTemplates templates;
     for (std::uint64_t seed = first; seed < first + *count; ++seed) {
-        const bool good = is_good(seed, templates);
+        const bool good = is_good(seed, templates, true);
         std::cout << "night " << seed << (good ? " good" : " BAD") << std::endl;
         if (!good) break;
     }

@@ -58,7 +58,7 @@ void judge_section(const NightSite& planned, const HeardSite& heard, const std::
                                  std::to_string(told(what)) + " times instead of " + std::to_string(times));
     };
     const bool asked = planned.has_archive();
-    const bool began = heard.downloads > 0;
+    const bool began = heard.reached; // though the far end may have left before it was asked
     if (heard.downloads > 1) complaints.push_back(who + " more than one download began");
     expect(" DATEI EXISTIERT NICHT!!!", asked ? 0 : 1);
     expect(" Anwahl:  ", asked ? 1 : 0);
@@ -108,7 +108,7 @@ std::string summary_of(const NightPlan& plan, const HeardNight& heard) {
     for (std::size_t i = 0; i < plan.sites.size(); ++i) {
         const HeardSite& site = heard.sites[i];
         asked += plan.sites[i].takes_part ? 1 : 0;
-        reached += site.downloads > 0 ? 1 : 0;
+        reached += site.reached ? 1 : 0;
         complete += site.complete ? 1 : 0;
         values += site.sets.size();
     }

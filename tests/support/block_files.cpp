@@ -29,6 +29,11 @@ class BlockFiles::File final : public BinaryFile {
         return BlockFiles::read(entry_->now, position - 1, count);
     }
 
+    Result<std::int64_t> read_into(std::int64_t position, std::span<char> bytes) override {
+        if (position < 1) return failure(RunTimeError::invalid_call);
+        return BlockFiles::read(entry_->now, position - 1, bytes);
+    }
+
     Outcome write(std::int64_t position, std::string_view bytes) override {
         if (mode_ == OpenMode::read) return failure(RunTimeError::permission_denied);
         if (position < 1) return failure(RunTimeError::invalid_call);
@@ -92,7 +97,8 @@ void BlockFiles::set_content(std::string_view path, Content content) {
 std::int64_t BlockFiles::length(std::string_view path) const { return content(path).length; }
 
 std::string BlockFiles::bytes(std::string_view path, std::int64_t offset, std::int64_t count) const {
-    return read(content(path), offset, count);
+    const auto found = files_.find(to_lower(path));
+    return found == files_.end() ? std::string() : read(found->second->now, offset, count);
 }
 
 void BlockFiles::set_bytes(std::string_view path, std::int64_t offset, std::string_view bytes) {
@@ -207,17 +213,25 @@ void BlockFiles::write(Content& content, std::int64_t offset, std::string_view b
 }
 
 std::string BlockFiles::read(const Content& content, std::int64_t offset, std::int64_t count) {
-    std::string bytes;
-    const std::int64_t there = std::clamp<std::int64_t>(content.length - offset, 0, count);
-    bytes.reserve(static_cast<std::size_t>(there));
-    for (std::int64_t end = offset + there; offset < end;) {
+    std::string bytes(static_cast<std::size_t>(std::clamp<std::int64_t>(content.length - offset, 0, count)),
+                      '\0');
+    (void)read(content, offset, bytes);
+    return bytes;
+}
+
+std::int64_t BlockFiles::read(const Content& content, std::int64_t offset, std::span<char> bytes) {
+    const auto there =
+        std::clamp<std::int64_t>(content.length - offset, 0, static_cast<std::int64_t>(bytes.size()));
+    char* to = bytes.data();
+    for (const std::int64_t end = offset + there; offset < end;) {
         const std::int64_t begin = offset % block_size;
         const std::int64_t part = std::min(block_size - begin, end - offset);
-        bytes.append(content.blocks[static_cast<std::size_t>(offset / block_size)]->data() + begin,
-                     static_cast<std::size_t>(part));
+        std::memcpy(to, content.blocks[static_cast<std::size_t>(offset / block_size)]->data() + begin,
+                    static_cast<std::size_t>(part));
+        to += part;
         offset += part;
     }
-    return bytes;
+    return there;
 }
 
 bool same_bytes(const BlockFiles::Content& content, std::int64_t offset, std::string_view bytes) {

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -74,6 +75,7 @@ class BlockFiles : public Files {
     std::shared_ptr<Block> plain_block(std::string_view value);
     void write(Content& content, std::int64_t offset, std::string_view bytes);
     static std::string read(const Content& content, std::int64_t offset, std::int64_t count);
+    static std::int64_t read(const Content& content, std::int64_t offset, std::span<char> bytes);
 };
 
 // Equal bytes from `offset` on.

@@ -23,13 +23,13 @@ class FakeTcpClient : public TcpClient {
     }
     std::string take_written() { return std::exchange(written_, {}); }
     // The far end takes the connection, or it comes to nothing; both are announced from within the loop.
-    void succeeds() {
+    virtual void succeeds() {
         current = TcpState::connected;
         loop_.post([this] {
             if (connected) connected();
         });
     }
-    void fails(int number, std::string description) {
+    virtual void fails(int number, std::string description) {
         current = TcpState::error;
         loop_.post([this, number, text = std::move(description)] {
             if (failed) failed(number, text);
@@ -38,7 +38,7 @@ class FakeTcpClient : public TcpClient {
     // What arrived goes with its connection.
     void drop() { received_.clear(); }
     // The far end says no more.
-    void ends() { current = TcpState::closing; }
+    virtual void ends() { current = TcpState::closing; }
     // The far end hears what is done here.
     std::function<void()> on_connect;
     std::function<void()> on_close;
