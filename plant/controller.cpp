@@ -37,6 +37,7 @@ Controller::Controller(EventLoop& loop, std::uint64_t seed)
     download_.send = [this](std::string_view bytes) {
         if (send) send(bytes);
     };
+    download_.waiting = [this] { return not_carried ? not_carried() : 0; };
     download_.ended = [this](bool by_pc) { download_ended(by_pc); };
     download_.hung_up = [this] {
         download_ended(false);

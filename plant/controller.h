@@ -40,6 +40,9 @@ class Controller {
     // What the controller says; called from receive() and from the loop.
     std::function<void(std::string_view)> send;
 
+    // Bytes that were said and that the line hasn't carried yet.
+    std::function<std::size_t()> not_carried;
+
     // The controller hangs up; called from the loop.
     std::function<void()> hang_up;
 

@@ -15,10 +15,12 @@ class ControllerDevice final : public Device {
   public:
     explicit ControllerDevice(std::shared_ptr<Controller> controller) : controller_(std::move(controller)) {
         controller_->send = [this](std::string_view bytes) { say(bytes); };
+        controller_->not_carried = [this] { return unheard(); };
         controller_->hang_up = [this] { leave(Ending::close); };
     }
     ~ControllerDevice() override {
         controller_->send = nullptr;
+        controller_->not_carried = nullptr;
         controller_->hang_up = nullptr;
         controller_->caller_is_gone();
     }

@@ -255,14 +255,14 @@ void DownloadDialogue::presented() {
     case Step::initialisation:
     case Step::packet:
         if ((trouble_.wrong_date || trouble_.two_at_once) && faults_.right_one_after_ms > 0) {
-            await(State::answer, faults_.right_one_after_ms, [this] { again(); });
+            await_pc(State::answer, faults_.right_one_after_ms, [this] { again(); });
             return;
         }
-        await(State::answer, gives_up_after, [this] { give_up(); });
+        await_pc(State::answer, gives_up_after, [this] { give_up(); });
         return;
-    case Step::ask_again: await(State::range, gives_up_after, [this] { give_up(); }); return;
+    case Step::ask_again: await_pc(State::range, gives_up_after, [this] { give_up(); }); return;
     case Step::accepted: go_on(first_ <= last_ ? Step::packet : Step::complete, before_first_packet); return;
-    case Step::complete: await(State::complete, waits_for_end_ms, [this] { give_up(); }); return;
+    case Step::complete: await_pc(State::complete, waits_for_end_ms, [this] { give_up(); }); return;
     }
 }
 
@@ -270,6 +270,17 @@ void DownloadDialogue::await(State state, std::int64_t ms, std::function<void()>
     loop_.cancel(next_);
     state_ = state;
     next_ = loop_.post_at(loop_.now_ms() + ms, std::move(then));
+}
+
+// The PC can't answer what a slow line still has before it.
+void DownloadDialogue::await_pc(State state, std::int64_t ms, std::function<void()> then) {
+    await(state, ms, [this, state, ms, then = std::move(then)] {
+        if (waiting && waiting() > 0) {
+            await_pc(state, ms, then);
+        } else {
+            then();
+        }
+    });
 }
 
 } // namespace velorn::plant

@@ -3,8 +3,8 @@
 //
 // It is liberal with what it hears: answers and digits may come split or joined, blanks and line ends don't
 // count, what comes while it prepares a frame is passed over. It never waits for ever: after 30 s without a
-// byte it gives up, and so it does when a frame was refused 20 times or a time range 10 times in a row.
-// Backspace (8) ends it at any time.
+// byte it gives up, which begin once a slow line has carried the frame, and so it does when a frame was
+// refused 20 times or a time range 10 times in a row. Backspace (8) ends it at any time.
 //
 // Data sets go from the first day's beginning to the last day's end or to the newest that was complete when
 // the range was accepted.
@@ -45,6 +45,7 @@ class DownloadDialogue {
     DownloadDialogue& operator=(const DownloadDialogue&) = delete;
 
     std::function<void(std::string_view)> send;
+    std::function<std::size_t()> waiting;  // bytes that the line hasn't carried yet
     std::function<void(bool by_pc)> ended; // by backspace or by itself; not by stop()
     std::function<void()> hung_up;         // by a fault; it is over then
     // A download is over, whatever ended it: how many data sets the time range asked for, 0 if none came, and
@@ -83,6 +84,7 @@ class DownloadDialogue {
     void transmit(std::string_view bytes, int pauses);
     void presented();
     void await(State state, std::int64_t ms, std::function<void()> then);
+    void await_pc(State state, std::int64_t ms, std::function<void()> then);
     void end(bool by_pc);
     void give_up() { end(false); }
     Quarter last_of_packet() const;

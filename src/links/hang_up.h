@@ -43,9 +43,10 @@ class HangUp {
     WaitCounter& waits_;
     Output& output_;
     Winsock& Winsock1_;
-    bool escape_answered_ = false; // the last "+++" was followed by an "OK", whoever said it
-    bool hanging_up_ = false;      // the toolbar's key is at it
-    bool auflegenstill_ = false;   // hanging up by itself: the end of remote control asks nothing
+    // The "OK" behind the last "+++" wasn't the modem's: mostly the echo of a download's last answer.
+    bool escape_doubtful_ = false;
+    bool hanging_up_ = false;    // the toolbar's key is at it
+    bool auflegenstill_ = false; // hanging up by itself: the end of remote control asks nothing
 };
 
 } // namespace velorn

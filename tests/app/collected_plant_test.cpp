@@ -160,6 +160,59 @@ TEST_F(Collecting, comesToItsEndAfterARestartAndDialsNobody) {
     EXPECT_EQ(p.settings.autoholnr.number(), 0);
 }
 
+TEST_F(Collecting, goesOverTheGatewayWhereTheBoxIsTicked) {
+    p.settings.lanaktiv = std::int16_t{1};
+    takes_part(on_tcp);
+    takes_part(on_modem);
+    collects(240'000);
+    EXPECT_THAT(p.terminal(), HasSubstr("Verbindung zum tarnwerk-Modem hergestellt!"));
+    expect_today_stored(on_tcp);
+    expect_today_stored(on_modem);
+    EXPECT_FALSE(plant.gateway.engaged(0));
+    EXPECT_THAT(p.terminal(), HasSubstr("Anlagen: 2, erreicht: 2, fehlgeschlagen: 0,"));
+}
+
+TEST_F(Collecting, takesPacketsOfFourHoursWhereTheArchiveSaysSo) {
+    takes_part(on_tcp);
+    Archive archive(p.files);
+    ASSERT_TRUE(archive.open(archive_of(on_tcp)));
+    archive.set_daten(1, 2, 31, 2, 0, -999.0F);
+    ASSERT_TRUE(archive.save());
+    archive.close();
+    collects(180'000);
+    EXPECT_THAT(p.tcp.take_written(), HasSubstr("DUE4\r"));
+    expect_today_stored(on_tcp);
+    EXPECT_THAT(p.terminal(), HasSubstr(" FERTIG! 45 neue 1/4h-Daten "));
+}
+
+TEST_F(Collecting, takesQuartersAllTheSameWhereThatBoxIsTicked) {
+    takes_part(on_tcp);
+    Archive archive(p.files);
+    ASSERT_TRUE(archive.open(archive_of(on_tcp)));
+    archive.set_daten(1, 2, 31, 2, 0, -999.0F);
+    ASSERT_TRUE(archive.save());
+    archive.close();
+    window.viertelcheck.Value = true;
+    collects(180'000);
+    EXPECT_THAT(p.tcp.take_written(), HasSubstr("DUE3\r"));
+    expect_today_stored(on_tcp);
+}
+
+// A file of a size that no archive has: two boxes, and nobody there.
+TEST_F(Collecting, goesOnWhereNobodyAnswersABoxForAMinute) {
+    takes_part(0, false);
+    p.program.telefonbuch[1].viertdatei = "c:\\zerrissen.dat";
+    p.files.set_length("c:\\zerrissen.dat", 2'000'000);
+    takes_part(on_tcp);
+    collects(115'000);
+    EXPECT_THAT(p.terminal(), HasSubstr(" Sollen die Daten trotzdem verwendet werden?"));
+    EXPECT_EQ(p.tcp.connects, 0) << "the second box is still open";
+    p.loop.pass(400'000);
+    EXPECT_THAT(log(), HasSubstr(" Sollen die Daten trotzdem verwendet werden?"));
+    EXPECT_EQ(p.files.length("c:\\zerrissen.dat"), 2'000'000);
+    expect_today_stored(on_tcp);
+}
+
 TEST_F(Collecting, waitsForTheMinuteOfItsStart) {
     takes_part(on_tcp);
     p.program.phonebook_window.Form_Load();
