@@ -9,6 +9,7 @@
 #include "runtime/virtual_event_loop.h"
 #include "support/fake_printer.h"
 #include "support/fake_visualisation.h"
+#include "support/nobody_there.h"
 #include "support/plant_network.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ constexpr std::int64_t longest_continuation_ms = 5 * 60'000;
 constexpr std::int64_t look_every_ms = 5000;
 
 // Sleeps. A box that waits for an answer would stop the run for the whole night.
-class Sleeper final : public Dialogs {
+class Sleeper final : public NobodyThere {
   public:
     Sleeper(EventLoop& loop, std::vector<std::string>& complaints) : loop_(loop), complaints_(complaints) {}
 
