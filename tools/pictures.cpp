@@ -280,7 +280,7 @@ int main(int argc, char** argv) {
         program.frmTerminal.tbrToolBar("HangUpPhone").Click();
         pass(500);
     };
-    constexpr std::size_t on_tcp = 2, on_modem = 5, on_gateway = 7;
+    constexpr std::size_t on_tcp = 2, on_gateway = 5, on_modem = 7;
     reach(on_modem, false, 7000, QStringLiteral("verbindung-modem"));
     reach(on_gateway, true, 11'000, QStringLiteral("verbindung-gateway"));
     reach(on_tcp, false, 800, QStringLiteral("verbindung-tcp"));
