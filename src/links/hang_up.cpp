@@ -10,7 +10,6 @@ namespace {
 
 constexpr int pause_ticks = 10;
 constexpr int answer_ticks = 15;
-constexpr int guard_ticks = 9; // a modem waits a second behind "+++" before it answers
 constexpr int until_gateway_hung_up = 20;
 constexpr int until_display_is_left = 20;
 constexpr int silent_ticks = 50;
@@ -56,10 +55,7 @@ bool HangUp::mnuHangUp_Click() {
         if (!goes_on(ask_modem(module1_, output_, waits_, "+++", answer_ticks), call)) return false;
         if (!module1_.warteok) break;
     }
-    const bool answered = !module1_.warteok;
-    const bool too_soon = frmTerminal_.wartetakte > answer_ticks - guard_ticks;
     if (!goes_on(ask_modem(module1_, output_, waits_, "ATH\r", answer_ticks), call)) return false;
-    escape_doubtful_ = answered && (too_soon || module1_.warteok);
     if (module1_.warteok) return true;
     frmTerminal_.sbrStatus.projekt.Text = "offline";
     frmTerminal_.sbrStatus.projekt.Text = module1_.projektname; // kept: this is what stays
@@ -108,8 +104,7 @@ void HangUp::Timer20_Tick() {
     } else if (module1_.tcpoffen) {
         end_tcp();
         write_terminal(frmTerminal_, ended);
-    } else if (mnuHangUp_Click() && escape_doubtful_) {
-        // Left in its call, the modem would pass the next sites' numbers on to this one.
+    } else {
         mnuHangUp_Click();
     }
 }

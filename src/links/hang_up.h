@@ -43,8 +43,6 @@ class HangUp {
     WaitCounter& waits_;
     Output& output_;
     Winsock& Winsock1_;
-    // The "OK" behind the last "+++" wasn't the modem's: mostly the echo of a download's last answer.
-    bool escape_doubtful_ = false;
     bool hanging_up_ = false;    // the toolbar's key is at it
     bool auflegenstill_ = false; // hanging up by itself: the end of remote control asks nothing
 };

@@ -139,27 +139,6 @@ TEST(HangUp, endsByWhatTheModemAnswersLast) {
     }
 }
 
-// The controller echoes the answers of the download, and the modem goes on with its call.
-TEST(HangUp, ofACollectedSiteIsRepeatedWhereTheEscapeWasAnsweredTooSoon) {
-    ModemProgram p;
-    SentAt sent(p);
-    p.answers(sent, {1});
-    p.frmTerminal.Timer20.Enabled = true;
-    p.loop.pass(12'000);
-    EXPECT_EQ(p.sent(), "+++ATH\r++++++ATH\r");
-}
-
-TEST(HangUp, ofACollectedSiteIsDoneOnceWhereTheModemKeepsItsGuardTime) {
-    ModemProgram p;
-    SentAt sent(p);
-    sent.on_sent = [&](std::string_view bytes) {
-        p.loop.post_at(p.loop.now_ms() + (bytes == "+++" ? 1000 : 100), [&] { p.serial.arrives("OK\r\n"); });
-    };
-    p.frmTerminal.Timer20.Enabled = true;
-    p.loop.pass(12'000);
-    EXPECT_EQ(p.sent(), "+++ATH\r");
-}
-
 TEST(HangUp, atTheEndOfADownloadStaysSilentForFiveSecondsMore) {
     ModemTest p;
     p.settings.fbautostart = std::int16_t{0};
