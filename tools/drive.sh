@@ -40,7 +40,7 @@ open_screen() { # width height -> sets DISPLAY
 }
 
 open_window() { # how many times as large, how many times as fast
-  (cd "$demo" && exec env QT_SCALE_FACTOR="$1" QT_QPA_PLATFORM=xcb ./velorn --zeitraffer "$2") \
+  (cd "$demo" && exec env QT_SCALE_FACTOR="$1" QT_QPA_PLATFORM=xcb ./velorn-fast "$2") \
     >"$demo/velorn.out" 2>&1 &
   velorn=$!
   started+=("$velorn")
