@@ -139,8 +139,10 @@ class Bench {
         return all / steps;
     }
 
-    // The same year as one stroke for each column of pixels, from its smallest to its largest value.
-    double columns(int tracks) {
+    // The same year as one stroke for each column of pixels, from its smallest to its largest value: drawn by
+    // the toolkit, or straight into the image.
+    enum class Strokes { toolkit, pixels };
+    double columns(int tracks, Strokes strokes) {
         const std::vector<CalendarDay> days = days_of_view(View::year, {1, 1, startjahr}, startjahr);
         const int stride = archive_.spuranz + 1;
         return ms([&] {
@@ -153,12 +155,16 @@ class Bench {
                 int column = 0;
                 float low = HUGE_VALF;
                 float high = -HUGE_VALF;
+                std::vector<QLine> lines;
                 const auto end_column = [&](int next) {
                     const int from =
                         std::clamp(int(std::round(510 - double(high) * 500 / 120) * scale_y), 0, height);
                     const int to =
                         std::clamp(int(std::round(510 - double(low) * 500 / 120) * scale_y) + 1, 0, height);
-                    for (int y = from; y < to; ++y) pixels[y * line + column] = pixel;
+                    if (strokes == Strokes::toolkit)
+                        lines.emplace_back(column, from, column, to - 1);
+                    else
+                        for (int y = from; y < to; ++y) pixels[y * line + column] = pixel;
                     column = next;
                     low = HUGE_VALF;
                     high = -HUGE_VALF;
@@ -175,6 +181,10 @@ class Bench {
                     }
                 }
                 end_column(0);
+                if (strokes == Strokes::pixels) continue;
+                QPainter painter(&image_);
+                painter.setPen(QColor(pixel));
+                painter.drawLines(lines.data(), int(lines.size()));
             }
             sink_ += image_.pixel(1, 1);
         });
@@ -271,7 +281,9 @@ int main(int argc, char** argv) {
         {"M_copy_of_the_years_block", "ms", [&] { return bench.copy(); }},
         {"figures_150_tracks", "ms", [&] { return bench.figures(150); }, "M_copy_of_the_years_block", 1.6},
         {"figures_10_tracks", "ms", [&] { return bench.figures(10); }, "M_copy_of_the_years_block", 0.7},
-        {"columns_10_tracks", "ms", [&] { return bench.columns(10); }},
+        {"columns_10_tracks", "ms", [&] { return bench.columns(10, Bench::Strokes::toolkit); }},
+        {"columns_10_tracks_into_the_image", "ms", [&] { return bench.columns(10, Bench::Strokes::pixels); },
+         "columns_10_tracks"},
         {"chart_10_tracks_quarters", "ms", [&] { return bench.chart(10, 4, true); }, "columns_10_tracks",
          1.3},
         {"lines_60_tracks", "ms", [&] { return bench.lines(60); }},

@@ -8,7 +8,6 @@
 #endif
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 
@@ -30,103 +29,109 @@ int days_walked(View view, const CalendarDay& selected) {
     return 1;
 }
 
-// Tracks that stand side by side are worked on together, as many as a machine's registers hold well.
-constexpr int lanes = 4;
-
-template <class T>
-using Lanes = std::array<T, lanes>;
-
-// So many rows of the widest archive stay in a processor's innermost cache while all tracks are worked on.
-constexpr int rows_at_once = 24;
-
-struct Running {
-    Lanes<double> sum{};
-    Lanes<std::int32_t> values{};
-};
-
 // present() on floats alone.
 constexpr float least_above = -996.99F;
 constexpr float most_below = -999.01F;
 static_assert(present(least_above) && !present(-996.99005F));
 static_assert(present(most_below) && !present(-999.0099F));
 
+// Tracks that stand side by side are worked on together.
+constexpr int lanes = 4;
+
+// Running sums of some groups of tracks, `lanes` entries for each group. Rows are taken as they follow each
+// other in memory, which is what a machine reads fastest.
+class Sums {
+  public:
+    Sums(std::span<const int> tracks, int columns) {
+        for (std::size_t i = 0; i < tracks.size(); ++i) {
+            if (firsts_.empty() || tracks[i] >= firsts_.back() + lanes) {
+                firsts_.push_back(std::min(tracks[i], columns - lanes));
+                place_.resize(firsts_.size() * lanes, nowhere);
+            }
+            place_[(firsts_.size() - 1) * lanes + static_cast<std::size_t>(tracks[i] - firsts_.back())] = i;
+        }
+        period_.resize(place_.size());
+        slot_.resize(place_.size());
+        values_.resize(place_.size());
+        slot_values_.resize(place_.size());
+    }
+
+    void add_row(const float* row);
+
+    // The slot ends: its means go to the tracks that are asked for, and the next one begins.
+    void end_slot(bool wanted, std::vector<TrackFigures>& figures) {
+        for (std::size_t i = 0; i < place_.size(); ++i) {
+            values_[i] += slot_values_[i];
+            if (wanted && place_[i] != nowhere) {
+                figures[place_[i]].slots.push_back(slot_values_[i] > 0
+                                                       ? slot_[i] / slot_values_[i]
+                                                       : std::numeric_limits<double>::quiet_NaN());
+            }
+            slot_[i] = 0;
+            slot_values_[i] = 0;
+        }
+    }
+
+    void end(std::vector<TrackFigures>& figures) const {
+        for (std::size_t i = 0; i < place_.size(); ++i) {
+            if (place_[i] == nowhere) continue;
+            // A quarter of a sum is exact, so it is the sum of the quarters.
+            figures[place_[i]].sum = period_[i] * hours_of_a_quarter;
+            figures[place_[i]].values = values_[i];
+        }
+    }
+
+  private:
+    static constexpr auto nowhere = static_cast<std::size_t>(-1);
+
+    std::vector<int> firsts_;        // the groups' first columns
+    std::vector<std::size_t> place_; // where in the answer; tracks in between are nowhere
+    std::vector<double> period_, slot_;
+    std::vector<std::int32_t> values_, slot_values_;
+};
+
 #ifdef VELORN_SSE2
 
-// Adds rows of as many tracks as there are lanes, the first at `from`, to the sums of the whole period and to
-// those of the slot; how many there are is counted in the slot.
-void add_rows(const float* from, int rows, std::ptrdiff_t columns, Running& running, Running& slot) {
+void Sums::add_row(const float* row) {
     const __m128 above = _mm_set1_ps(least_above);
     const __m128 below = _mm_set1_ps(most_below);
-    __m128d all_low = _mm_loadu_pd(&running.sum[0]);
-    __m128d all_high = _mm_loadu_pd(&running.sum[2]);
-    __m128d here_low = _mm_loadu_pd(&slot.sum[0]);
-    __m128d here_high = _mm_loadu_pd(&slot.sum[2]);
-    __m128i count = _mm_loadu_si128(reinterpret_cast<const __m128i*>(slot.values.data()));
-    for (int row = 0; row < rows; ++row, from += columns) {
-        const __m128 values = _mm_loadu_ps(from);
+    double* period = period_.data();
+    double* slot = slot_.data();
+    auto* count = reinterpret_cast<__m128i*>(slot_values_.data());
+    const auto add = [](double* to, __m128d what) { _mm_storeu_pd(to, _mm_add_pd(_mm_loadu_pd(to), what)); };
+    for (const int first : firsts_) {
+        const __m128 values = _mm_loadu_ps(row + first);
         const __m128 there = _mm_or_ps(_mm_cmpge_ps(values, above), _mm_cmple_ps(values, below));
         const __m128 counted = _mm_and_ps(values, there);
         const __m128d low = _mm_cvtps_pd(counted);
         const __m128d high = _mm_cvtps_pd(_mm_movehl_ps(counted, counted));
-        count = _mm_sub_epi32(count, _mm_castps_si128(there));
-        all_low = _mm_add_pd(all_low, low);
-        all_high = _mm_add_pd(all_high, high);
-        here_low = _mm_add_pd(here_low, low);
-        here_high = _mm_add_pd(here_high, high);
+        _mm_storeu_si128(count, _mm_sub_epi32(_mm_loadu_si128(count), _mm_castps_si128(there)));
+        add(period, low);
+        add(period + 2, high);
+        add(slot, low);
+        add(slot + 2, high);
+        period += lanes;
+        slot += lanes;
+        ++count;
     }
-    _mm_storeu_pd(&running.sum[0], all_low);
-    _mm_storeu_pd(&running.sum[2], all_high);
-    _mm_storeu_pd(&slot.sum[0], here_low);
-    _mm_storeu_pd(&slot.sum[2], here_high);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(slot.values.data()), count);
 }
 
 #else // a plain machine
 
-void add_rows(const float* from, int rows, std::ptrdiff_t columns, Running& running, Running& slot) {
-    for (int row = 0; row < rows; ++row, from += columns) {
-        for (std::size_t lane = 0; lane < lanes; ++lane) {
-            if (!present(from[lane])) continue;
-            running.sum[lane] += from[lane];
-            slot.sum[lane] += from[lane];
-            ++slot.values[lane];
+void Sums::add_row(const float* row) {
+    std::size_t i = 0;
+    for (const int first : firsts_) {
+        for (int lane = 0; lane < lanes; ++lane, ++i) {
+            const float value = row[first + lane];
+            if (!present(value)) continue;
+            period_[i] += value;
+            slot_[i] += value;
+            ++slot_values_[i];
         }
     }
 }
 
 #endif
-
-// Tracks that are worked on together, and where in the answer each of them stands.
-struct Group {
-    int first = 0;      // column
-    Lanes<int> place{}; // -1: not asked for
-    Running running;
-    Running slot;
-};
-
-std::vector<Group> groups_of(std::span<const int> tracks, int columns) {
-    std::vector<Group> groups;
-    for (std::size_t i = 0; i < tracks.size(); ++i) {
-        const int track = tracks[i];
-        if (groups.empty() || track >= groups.back().first + lanes) {
-            groups.emplace_back().first = std::min(track, columns - lanes);
-            groups.back().place.fill(-1);
-        }
-        groups.back().place[static_cast<std::size_t>(track - groups.back().first)] = static_cast<int>(i);
-    }
-    return groups;
-}
-
-void end_slot(Group& group, bool wanted, std::vector<TrackFigures>& figures) {
-    for (std::size_t lane = 0; lane < lanes; ++lane) {
-        group.running.values[lane] += group.slot.values[lane];
-        if (!wanted || group.place[lane] < 0) continue;
-        figures[static_cast<std::size_t>(group.place[lane])].slots.push_back(
-            group.slot.values[lane] > 0 ? group.slot.sum[lane] / group.slot.values[lane]
-                                        : std::numeric_limits<double>::quiet_NaN());
-    }
-    group.slot = {};
-}
 
 } // namespace
 
@@ -150,30 +155,18 @@ std::vector<TrackFigures> figures_of(Archive& archive, Table table, int startjah
             track.slots.reserve(days.size() * static_cast<std::size_t>(quarters_of_a_day / slot));
     }
     const int columns = table == Table::daten ? archive.spuranz + 1 : archive_layout::calculated_tracks;
-    std::vector<Group> groups = groups_of(tracks, columns);
+    Sums sums(tracks, columns);
     const int rows_of_a_slot = slot > 0 ? slot : quarters_of_a_day;
-    const int rows = std::min(rows_of_a_slot, rows_at_once);
     for (const CalendarDay& day : days) {
         const int y = day.jahr - startjahr;
         const std::span<const float> values = table == Table::daten ? archive.year(y) : archive.rechyear(y);
-        const float* from = values.data() + archive_layout::row_of(day.mon, day.tag, 1) * columns;
-        for (int done = rows; done <= quarters_of_a_day;
-             done += rows, from += std::ptrdiff_t{rows} * columns) {
-            for (Group& group : groups) {
-                add_rows(from + group.first, rows, columns, group.running, group.slot);
-                if (done % rows_of_a_slot == 0) end_slot(group, slot > 0, figures);
-            }
+        const float* row = values.data() + archive_layout::row_of(day.mon, day.tag, 1) * columns;
+        for (int quarter = 1; quarter <= quarters_of_a_day; ++quarter, row += columns) {
+            sums.add_row(row);
+            if (quarter % rows_of_a_slot == 0) sums.end_slot(slot > 0, figures);
         }
     }
-    for (const Group& group : groups) {
-        for (std::size_t lane = 0; lane < lanes; ++lane) {
-            if (group.place[lane] < 0) continue;
-            TrackFigures& track = figures[static_cast<std::size_t>(group.place[lane])];
-            // A quarter of a sum is exact, so it is the sum of the quarters.
-            track.sum = group.running.sum[lane] * hours_of_a_quarter;
-            track.values = group.running.values[lane];
-        }
-    }
+    sums.end(figures);
     return figures;
 }
 
