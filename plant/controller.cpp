@@ -128,8 +128,8 @@ void Controller::download_ended(bool by_pc) {
         display_.go_on(true);
         return;
     }
-    // What still comes of the dialogue is not for the shell: an answer that is echoed now could be taken for a
-    // modem's.
+    // What still comes of the dialogue is not for the shell: an answer that is echoed now could be taken for
+    // a modem's.
     state_ = State::asleep;
     if (by_pc) say("\r\n*");
     flush();
