@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <termios.h>
 #include <unistd.h>
 
@@ -34,6 +35,9 @@ class PseudoTerminal {
     void pull_out() {
         if (master_ >= 0) ::close(master_);
         master_ = -1;
+        // The system gives the device's number to the next who asks, but the adapter's name has gone.
+        std::error_code gone_already;
+        if (!link_.empty()) std::filesystem::remove(link_, gone_already);
     }
 
     const std::string& name() const { return name_; }
