@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 namespace velorn {
@@ -179,8 +180,30 @@ void ImageCanvas::begin_line(int x1, int y1, int x2, int y2, Colour colour) {
 
 void ImageCanvas::end_logical_stroke() {
     if (!std::exchange(logical_.open, false)) return;
+    join_to_neighbour(logical_);
     add_to_column(device_x(logical_.x), device_y(logical_.from), device_y(logical_.to) + thick_,
                   logical_.colour);
+}
+
+void ImageCanvas::join_to_neighbour(const Stroke& stroke) {
+    const bool same_colour = ended_.open && ended_.colour == stroke.colour;
+    if (same_colour && ended_.x == stroke.x && stroke.from <= ended_.to && stroke.to >= ended_.from) {
+        ended_.from = std::min(ended_.from, stroke.from);
+        ended_.to = std::max(ended_.to, stroke.to);
+    } else {
+        neighbour_ = ended_;
+        neighbour_.open = same_colour && std::int64_t{ended_.x} + 1 == stroke.x;
+        ended_ = stroke;
+        ended_.open = true;
+    }
+    const int top = std::max(neighbour_.from, stroke.from);
+    const int bottom = std::min(neighbour_.to, stroke.to);
+    if (!neighbour_.open || top > bottom) return;
+    const Area gap = within(pixels_, {device_x(neighbour_.x) + thick_, device_y(top), device_x(stroke.x),
+                                      device_y(bottom) + thick_});
+    if (gap.empty()) return;
+    fill(pixels_, gap, shown(stroke.colour));
+    touch(gap);
 }
 
 void ImageCanvas::add_to_column(int x, int top, int bottom, Colour colour) {

@@ -3,7 +3,8 @@
 //
 // A curve of many years comes as strokes over strokes in the same column of pixels. So a vertical stroke
 // waits for the next ones: those that go on in its column and colour only lengthen it. Everything else,
-// looking at the picture included, draws it first: no picture is ever seen without it.
+// looking at the picture included, draws it first: no picture is ever seen without it. Strokes of one colour
+// in neighbouring logical columns touch at every scale, so that a dense curve shows no stripes of ground.
 #pragma once
 
 #include "desktop/glyph_masks.h"
@@ -77,6 +78,7 @@ class ImageCanvas final : public Canvas {
     void begin_line(int x1, int y1, int x2, int y2, Colour colour);
     void end_logical_stroke();
     void end_column();
+    void join_to_neighbour(const Stroke& ended);
     void end_strokes();
     void add_to_column(int x, int top, int bottom, Colour colour);
     QRgb shown(Colour colour);
@@ -87,7 +89,9 @@ class ImageCanvas final : public Canvas {
     QImage image_; // nothing but pixels_ writes into it, so that it never moves
     Pixels pixels_;
     Stroke logical_;
-    Stroke column_; // device pixels; `to` is behind its last one
+    Stroke column_;    // device pixels; `to` is behind its last one
+    Stroke ended_;     // the last logical column that was drawn, whole
+    Stroke neighbour_; // and the one at its left, open while both are of one colour
     template <class Masks>
     struct Font {
         CanvasFont font;
