@@ -143,7 +143,8 @@ int main(int argc, char** argv) {
         program.frmtelefon, program.module1,
         [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     FrmgrafickView frmgrafick(
-        program.frmgrafick, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
+        program.frmgrafick, program.evaluation.controls,
+        [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     FrmeditView frmedit(
         program.frmedit, [&loop](std::function<void()> what) { loop.post(std::move(what)); }, &window);
     const auto pass = [&](int ms) {

@@ -71,7 +71,7 @@ ChartView::~ChartView() { controls_.Picture1.canvas = nullptr; }
 
 QSize ChartView::sizeHint() const { return {chart_width + 2 * rim, chart_height + 2 * rim}; }
 
-QSize ChartView::minimumSizeHint() const { return {chart_width / 2, chart_height * 2 / 5}; }
+QSize ChartView::minimumSizeHint() const { return {chart_width / 2, chart_height / 4}; }
 
 // ---- place ----
 

@@ -105,11 +105,14 @@ QLayout* EvaluationBars::views() {
     row->addWidget(widgets_.check_box(c_.checkviertel, QStringLiteral("checkviertel"),
                                       QStringLiteral("Jeder Viertelstundenwert statt der Mittelwerte"),
                                       parent_));
+    QWidget* days[2];
+    index = 0;
     for (const auto& [box, name] : {std::pair{&c_.Check1, "Check1"}, std::pair{&c_.Check2, "Check2"}}) {
         QCheckBox* const shown = widgets_.check_box(*box, QString::fromLatin1(name), QString(), parent_);
         also_show(*box, widgets_, [box, shown] { shown->setEnabled(box->Enabled && box->Click); });
-        row->addWidget(shown);
+        days[index++] = shown;
     }
+    row->addWidget(in_a_row({days[0], days[1]}, space::small));
     return row;
 }
 

@@ -186,8 +186,9 @@ void ImageCanvas::end_logical_stroke() {
 }
 
 void ImageCanvas::join_to_neighbour(const Stroke& stroke) {
+    // By the hull of a column: what is filled must not depend on how its strokes were put together.
     const bool same_colour = ended_.open && ended_.colour == stroke.colour;
-    if (same_colour && ended_.x == stroke.x && stroke.from <= ended_.to && stroke.to >= ended_.from) {
+    if (same_colour && ended_.x == stroke.x) {
         ended_.from = std::min(ended_.from, stroke.from);
         ended_.to = std::max(ended_.to, stroke.to);
     } else {

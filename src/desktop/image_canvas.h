@@ -78,7 +78,7 @@ class ImageCanvas final : public Canvas {
     void begin_line(int x1, int y1, int x2, int y2, Colour colour);
     void end_logical_stroke();
     void end_column();
-    void join_to_neighbour(const Stroke& ended);
+    void join_to_neighbour(const Stroke& stroke);
     void end_strokes();
     void add_to_column(int x, int top, int bottom, Colour colour);
     QRgb shown(Colour colour);

@@ -109,7 +109,7 @@ int run_program(int argc, char** argv, int speed) {
     FrmftastView frmftast(program.frmftast, later, &window);
     FrmPropertiesView frmProperties(program.frmProperties, later, &window);
     FrmeditView frmedit(program.frmedit, later, &window);
-    FrmgrafickView frmgrafick(program.frmgrafick, later, &window);
+    FrmgrafickView frmgrafick(program.frmgrafick, program.evaluation.controls, later, &window);
     FrmtelefonView frmtelefon(program.frmtelefon, program.module1, later, &window);
     program.start.Form_Load();
     loop.run();

@@ -19,7 +19,7 @@ namespace {
 
 constexpr int rows_of_a_column = 30;
 constexpr int least_row = 17;
-constexpr auto widest_name = "00: Wärmemenge Kessel 1 (kWh)";
+constexpr auto widest_name = "00: Wärmemenge Netz (kWh)";
 constexpr auto widest_mean = "-99999,99";
 constexpr auto widest_sum = "999999999,9";
 

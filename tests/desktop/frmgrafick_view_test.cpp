@@ -21,7 +21,8 @@ struct GrafickView : testing::Test {
     QtEventLoop loop{50};
     FrmGrafick f{loop};
     QWidget owner;
-    FrmgrafickView view{f, [this](std::function<void()> what) { loop.post(std::move(what)); }, &owner};
+    EvaluationControls c{loop};
+    FrmgrafickView view{f, c, [this](std::function<void()> what) { loop.post(std::move(what)); }, &owner};
     int clicks = 0;
 
     void SetUp() override {
