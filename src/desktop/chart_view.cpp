@@ -149,7 +149,8 @@ void ChartView::changeEvent(QEvent* event) {
 void ChartView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QRectF there = chart();
-    painter.fillRect(event->rect(), palette().color(QPalette::Midlight));
+    painter.fillRect(event->rect(), palette().color(QPalette::Window));
+    painter.fillRect(there.adjusted(-1, -1, 1, 1), palette().color(QPalette::Mid));
     if (!canvas_) {
         painter.fillRect(there, palette().color(QPalette::Base));
         return;

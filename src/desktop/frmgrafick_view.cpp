@@ -187,6 +187,7 @@ bool FrmgrafickView::event(QEvent* event) {
         const QMargins margins = layout()->contentsMargins();
         area_->set_room(width() - margins.left() - margins.right() - layout()->spacing() -
                         left_->minimumSize().width());
+        layout()->activate(); // both sides in one go
     }
     return done;
 }

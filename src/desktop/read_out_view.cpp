@@ -56,7 +56,7 @@ QSize ReadOutView::sizeHint() const {
 void ReadOutView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Base));
-    painter.setPen(palette().color(QPalette::Shadow));
+    painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
     painter.setPen(palette().color(QPalette::Text));
     const int height = fontMetrics().height();

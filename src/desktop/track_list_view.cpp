@@ -94,6 +94,10 @@ void TrackListView::build_heads() {
     });
     block_ = widgets_.button(controls_.com1bis30, QStringLiteral("com1bis30"),
                              QStringLiteral("Zeigt die nächsten Spuren in der Liste"), this);
+    widgets_.show(controls_.com1bis30, [this, show = controls_.com1bis30.on_change] {
+        show();
+        block_->resize(block_->sizeHint().width(), m_.head);
+    });
 }
 
 void TrackListView::build_rows(int first, int last) {
@@ -269,7 +273,7 @@ void TrackListView::place_row(const Row& row, int left, int top, int indent) con
 // Every other row on its own ground, so that the eye finds from the name to the sum.
 void TrackListView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    const QColor ground = palette().color(QPalette::Midlight);
+    const QColor ground = palette().color(QPalette::AlternateBase);
     for (int column = 0; column < shown_columns_; ++column) {
         for (int row = 0; row < rows_of_a_column; row += 2) {
             const QRect strip(column * (m_.column + m_.between) - space::small,

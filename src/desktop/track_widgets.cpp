@@ -63,7 +63,7 @@ void Swatch::paintEvent(QPaintEvent*) {
     const bool marked = hasFocus();
     painter.setPen(tones.color(marked         ? QPalette::Highlight
                                : underMouse() ? QPalette::Text
-                                              : QPalette::Dark));
+                                              : QPalette::PlaceholderText));
     painter.drawRect(QRectF(field).adjusted(0.5, 0.5, -0.5, -0.5));
     if (!marked) return;
     painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));

@@ -36,7 +36,7 @@ struct GrafickView : testing::Test {
     }
     void settle() {
         bool over = false;
-        loop.post_at(loop.now_ms() + 100, [&over] { over = true; });
+        loop.post_at(loop.now_ms() + 500, [&over] { over = true; });
         (void)loop.wait_until([&over] { return over; });
     }
     template <class W = QWidget>

@@ -143,6 +143,28 @@ TEST(ImageCanvasLines, areAsThickAsTheSmallerScale) {
     EXPECT_EQ(canvas.image().pixel(21, 21), black);
 }
 
+TEST(ImageCanvasLines, neighbouringColumnsOfOneColourTouchAtEveryScale) {
+    for (const Scales scale : scales) {
+        ImageCanvas canvas(60, 20, scale.x, scale.y);
+        for (int x = 10; x < 50; ++x) canvas.line(x, 5, x, 15, colour::red);
+        const QImage& image = canvas.image();
+        const int row = static_cast<int>(10 * scale.y);
+        for (int x = static_cast<int>(11 * scale.x); x < static_cast<int>(49 * scale.x); ++x)
+            ASSERT_EQ(image.pixel(x, row), qRgb(255, 0, 0)) << scale.x << " x " << scale.y << " at " << x;
+    }
+}
+
+TEST(ImageCanvasLines, columnsThatAreNoNeighboursStayApart) {
+    ImageCanvas canvas(60, 20, 1.6, 1);
+    canvas.line(10, 2, 10, 8, colour::red);
+    canvas.line(11, 12, 11, 18, colour::red); // beside it, and below
+    canvas.line(20, 2, 20, 18, colour::red);
+    canvas.line(21, 2, 21, 18, colour::blue);
+    canvas.line(30, 2, 30, 18, colour::red);
+    canvas.line(32, 2, 32, 18, colour::red);
+    EXPECT_EQ(ink(canvas.image()), 7 + 7 + 4 * 17);
+}
+
 TEST(ImageCanvasLines, aWaitingStrokeIsSeenByWhoeverLooks) {
     ImageCanvas canvas(100, 100, 1);
     (void)canvas.take_touched();
