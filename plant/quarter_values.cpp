@@ -154,7 +154,7 @@ constexpr Track tracks[] = {
     {"BHKW Wärme", "kW", 1, [](const State& s, double) { return s.power() * heat_per_kw; }},
     {"Vorlauf", "°C", 1, [](const State& s, double w) { return s.flow() + 0.4 * w; }},
     {"Rücklauf", "°C", 1, [](const State& s, double w) { return s.back() + 0.4 * w; }},
-    {"Außentemp.", "°C", 1, [](const State& s, double) { return s.outside; }},
+    {"Aussentemp.", "°C", 1, [](const State& s, double) { return s.outside; }},
     {"Stromzähler", "MWh", 1,
      [](const State& s, double) { return 900 * s.start + s.work * s.rated * 0.0135; }},
     {"Wärmezähler", "MWh", 1,
@@ -262,7 +262,10 @@ std::string track_name(int track) {
 }
 
 std::string track_unit(int track) {
-    return cp437_from_utf8(padded(track <= known_tracks ? tracks[track - 1].unit : "°C", 5));
+    std::string unit = cp437_from_utf8(padded(track <= known_tracks ? tracks[track - 1].unit : "°C", 5));
+    // Units go to the PC's archive as they are, so their degree sign is the PC's.
+    std::ranges::replace(unit, '\xF8', '\xB0');
+    return unit;
 }
 
 std::string value(const Recording& site, int track, const Quarter& when) {

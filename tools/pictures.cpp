@@ -13,12 +13,12 @@
 #include "desktop/search_field.h"
 #include "desktop/style.h"
 #include "desktop/terminal_view.h"
+#include "evaluation_pictures.h"
 #include "plant/controller.h"
 #include "plant/demo_archives.h"
 #include "plant/demo_book.h"
 #include "runtime/disk_files.h"
 #include "runtime/text.h"
-#include "support/fake_printer.h"
 #include "support/fake_serial_port.h"
 #include "support/fake_tcp_client.h"
 #include "support/fake_visualisation.h"
@@ -115,7 +115,10 @@ int main(int argc, char** argv) {
     QtDialogs dialogs(loop, paths);
     test::FakeSerialPort serial(loop);
     test::FakeTcpClient tcp(loop);
-    test::FakePrinter printer;
+    const bool plain = argc == 2 && qEnvironmentVariableIsEmpty("QT_SCALE_FACTOR");
+    const std::unique_ptr<Printer> printer =
+        printer_to_file(plain ? target + QStringLiteral("/auswertung-druck.pdf")
+                              : folder.filePath(QStringLiteral("druck.pdf")));
     test::FakeProcesses processes;
     test::FakeVisualisation visualisation;
     plant::Controller controller(loop, 7);
@@ -129,7 +132,7 @@ int main(int argc, char** argv) {
                           dialogs,
                           serial,
                           tcp,
-                          printer,
+                          *printer,
                           processes,
                           visualisation,
                           folder.path().toStdString(),
@@ -224,8 +227,10 @@ int main(int argc, char** argv) {
     (void)loop.wait_until([&] { return program.frmgrafick.neuwerte > 60; });
     frmgrafick.resize(frmgrafick.minimumSize());
     take(frmgrafick, QStringLiteral("daten-holen"));
-    (void)program.archive_window.close(ArchiveWindow::Closing::discarding);
+    program.frmgrafick.closedathol.Click();
     type("\x08");
+    take_evaluation_pictures(program, frmgrafick, take);
+    (void)program.archive_window.close(ArchiveWindow::Closing::discarding);
 
     // ---- the mirrored display, whose colours are its own in either palette ----
     if (argc > 2) {

@@ -61,6 +61,9 @@ ChartView::ChartView(EvaluationControls& controls, ControlWidgets& widgets, QWid
         box_->set_text(to_qstring(controls_.ablesung.Text.get()));
         place_overlays();
     });
+    widgets.show(controls_.Picture1, [this] {
+        if (drawn_units_ != units()) fit_.start();
+    });
     widgets.show(controls_.Picture2, [this] {
         place_overlays();
         update();
@@ -75,16 +78,18 @@ QSize ChartView::minimumSizeHint() const { return {chart_width / 2, chart_height
 
 // ---- place ----
 
+int ChartView::units() const { return std::max(1, controls_.Picture1.Width.get()); }
+
 ChartView::Place ChartView::place() const {
     const double device = devicePixelRatioF();
     const double width = std::max(1.0, (QWidget::width() - 2 * rim) * device);
     const double height = std::max(1.0, (QWidget::height() - 2 * rim) * device);
     Place p;
-    p.scale_x = width / chart_width;
+    p.scale_x = width / units();
     p.scale_y = height / chart_height;
     p.scale_x = std::min(p.scale_x, p.scale_y * most_unlike);
     p.scale_y = std::min(p.scale_y, p.scale_x * most_unlike);
-    const double chart_w = p.scale_x * chart_width;
+    const double chart_w = p.scale_x * units();
     const double chart_h = p.scale_y * chart_height;
     const double all_w = QWidget::width() * device;
     const double all_h = QWidget::height() * device;
@@ -100,20 +105,21 @@ ChartView::Place ChartView::place() const {
 QRectF ChartView::chart() const {
     const Place p = place();
     const double device = devicePixelRatioF();
-    return {p.left / device, p.top / device, p.scale_x * chart_width / device,
-            p.scale_y * chart_height / device};
+    return {p.left / device, p.top / device, p.scale_x * units() / device, p.scale_y * chart_height / device};
 }
 
 double ChartView::to_x(double left) const {
     const QRectF there = chart();
-    return there.left() + left * there.width() / chart_width;
+    return there.left() + left * there.width() / units();
 }
 
 void ChartView::fit() {
     if (!isVisible()) return;
     const Place p = place();
-    if (!canvas_ || !same(canvas_->scale_x(), p.scale_x) || !same(canvas_->scale_y(), p.scale_y)) {
-        canvas_ = std::make_unique<ImageCanvas>(chart_width, chart_height, p.scale_x, p.scale_y);
+    if (!canvas_ || drawn_units_ != units() || !same(canvas_->scale_x(), p.scale_x) ||
+        !same(canvas_->scale_y(), p.scale_y)) {
+        drawn_units_ = units();
+        canvas_ = std::make_unique<ImageCanvas>(units(), chart_height, p.scale_x, p.scale_y);
         canvas_->on_touched = [this] { update(); };
         controls_.Picture1.canvas = canvas_.get();
         draw_anew();
@@ -174,7 +180,7 @@ void ChartView::paintEvent(QPaintEvent* event) {
 void ChartView::pointer_at(QPointF position) {
     pointer_ = position;
     const QRectF there = chart();
-    const double X = (position.x() - there.left()) * chart_width / there.width();
+    const double X = (position.x() - there.left()) * units() / there.width();
     const double Y = chart_height - (position.y() - there.top()) * chart_height / there.height();
     const bool over_chart = there.contains(position);
     widgets_.ask([this, X, Y, over_chart] {
@@ -215,7 +221,7 @@ void ChartView::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void ChartView::leaveEvent(QEvent*) {
     const QRectF there = chart();
-    const double X = (pointer_.x() - there.left()) * chart_width / there.width();
+    const double X = (pointer_.x() - there.left()) * units() / there.width();
     widgets_.ask([this, X] {
         if (controls_.Picture2.pointer) controls_.Picture2.pointer(X);
         place_overlays();

@@ -45,6 +45,7 @@ class ChartView : public QWidget {
         double left = 0, top = 0;
         double scale_x = 1, scale_y = 1;
     };
+    int units() const; // of the chart's width
     Place place() const;
     void fit();
     void draw_anew();
@@ -55,7 +56,8 @@ class ChartView : public QWidget {
     EvaluationControls& controls_;
     ControlWidgets& widgets_;
     std::unique_ptr<ImageCanvas> canvas_;
-    QTimer fit_; // several changes of size in one go are one drawing
+    int drawn_units_ = 0; // what the canvas is as wide as
+    QTimer fit_;          // several changes of size in one go are one drawing
     QLabel* time_ = nullptr;
     ReadOutView* box_ = nullptr;
     QPointF pointer_;

@@ -11,6 +11,7 @@ namespace {
 constexpr int least_bold = 11;
 constexpr int strokes_on_paper = 6;
 constexpr int dot_distance = 4;
+constexpr Colour default_colour = colour::rgb(128, 128, 128);
 
 int rounded(double number) { return static_cast<int>(round_to_even(number)); }
 
@@ -59,9 +60,9 @@ void ChartSurface::zeichnestrich(int x1, int y1, int x2, int y2) {
         const int far = i * dot_distance * step;
         const int aside = rounded(across / n * i);
         if (upright)
-            zeichnelinie(x1 + aside, y1 + far, x1 + aside, y1 + far + step, colour::black);
+            zeichnelinie(x1 + aside, y1 + far, x1 + aside, y1 + far + step, default_colour);
         else
-            zeichnelinie(x1 + far, y1 + aside, x1 + far + step, y1 + aside, colour::black);
+            zeichnelinie(x1 + far, y1 + aside, x1 + far + step, y1 + aside, default_colour);
     }
 }
 

@@ -13,6 +13,7 @@ inline constexpr int plotlinks = 80;
 inline constexpr int plotunten = 40;
 inline constexpr int plothoehe = 500;
 inline constexpr int chart_width = 660;  // all that a chart with its labels takes
+inline constexpr int year_width = 540;   // a year's takes less
 inline constexpr int chart_height = 550; // the screen's y is this less the surface's
 
 // The printed page counts in twips, from its top left corner.
@@ -29,7 +30,8 @@ class ChartSurface {
     void schreibetext(std::string_view text, int size);
     // Both ends are drawn. On paper a line is six strokes, so that curves are heavier there.
     void zeichnelinie(int x1, int y1, int x2, int y2, Colour colour);
-    // A dot every 4 units of the longer axis, each one unit long.
+    // In the default colour, a grey behind which curves stand out. A dot every 4 units of the longer axis,
+    // each one unit long.
     void zeichnestrich(int x1, int y1, int x2, int y2);
 
   private:

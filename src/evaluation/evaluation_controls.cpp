@@ -1,5 +1,6 @@
 #include "evaluation/evaluation_controls.h"
 
+#include "evaluation/chart_surface.h"
 #include "runtime/text.h"
 
 namespace velorn {
@@ -63,6 +64,7 @@ EvaluationControls::EvaluationControls(EventLoop& loop) : Timer2(loop, 100) {
     pickanal.Caption = "Kanal darstellen?";
     pickanalb.Caption = "Kanal darstellen?";
     picyskala.Caption = "Y-Skala";
+    Picture1.Width = chart_width;
     viertkann.ForeColor = 0xAAAAAAU;
     // Nothing draws these two yet.
     comdauer.Enabled = false;

@@ -42,7 +42,8 @@ struct Popup : Form {
     int grip_x_ = 0, grip_y_ = 0;
 };
 
-// The chart's surface. X to the right and Y upwards as the chart counts them, whatever it is scaled to.
+// The chart's surface. X to the right and Y upwards as the chart counts them, whatever it is scaled to; Width
+// is in its units, too: what the present chart takes of the surface.
 struct ChartBox : PictureBox {
     std::function<void(double X, double Y)> MouseMove;
 };

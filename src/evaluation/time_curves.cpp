@@ -143,6 +143,7 @@ void TimeCurves::zeigenormal() {
     drawn_.quarters = drawn_.view == View::day || controls_.viertelmodus == 1;
     drawn_.days = days_of_view(drawn_.view, {frmgrafick_.tagsel, frmgrafick_.monsel, frmgrafick_.jahrsel},
                                first_year(archive_));
+    controls_.Picture1.Width = drawn_.view == View::year ? year_width : chart_width;
     const int days = static_cast<int>(drawn_.days.size());
     drawn_.steps = plot_steps(drawn_.view, drawn_.quarters, days);
     draw_axes();

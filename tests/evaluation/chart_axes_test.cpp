@@ -34,8 +34,8 @@ struct Axes : testing::Test {
         std::vector<int> found;
         for (int x = 0; x <= 600; ++x) {
             const std::string at = std::to_string(80 + x);
-            const std::string first = "line " + at + " 510 " + at + " 509 #000000";
-            const std::string last = "line " + at + " 10 " + at + " 9 #000000";
+            const std::string first = "line " + at + " 510 " + at + " 509 #808080";
+            const std::string last = "line " + at + " 10 " + at + " 9 #808080";
             if (std::ranges::count(canvas.strokes(), first) > 0 &&
                 std::ranges::count(canvas.strokes(), last) > 0)
                 found.push_back(x);
@@ -136,7 +136,7 @@ TEST_F(Axes, drawsAGridWithBothScales) {
                             "45 138 '10,00'", "585 138 '3,00'", "50 92 '0,00'", "585 92 '0,00'",
                             "40 47 '-10,00'", "580 47 '-3,00'"));
     EXPECT_THAT(canvas.strokes(), Contains("line 80 465 560 465 #000000")); // the zero line, at row 45
-    EXPECT_THAT(canvas.strokes(), Contains("line 80 55 81 55 #000000"));    // the dotted one at 90
+    EXPECT_THAT(canvas.strokes(), Contains("line 80 55 81 55 #808080"));    // the dotted one at 90
 }
 
 TEST_F(Axes, alignsItsLabelsByTheirWidth) {

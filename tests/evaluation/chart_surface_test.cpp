@@ -56,25 +56,25 @@ TEST_F(Surface, writesOnPaperWhereThePrinterCounts) {
 TEST_F(Surface, dotsEveryFourthUnitOfTheLongerAxis) {
     on_screen();
     surface.zeichnestrich(80, 40, 80, 48);
-    EXPECT_THAT(canvas.strokes(), ElementsAre("line 80 510 80 509 #000000", "line 80 506 80 505 #000000",
-                                              "line 80 502 80 501 #000000"));
+    EXPECT_THAT(canvas.strokes(), ElementsAre("line 80 510 80 509 #808080", "line 80 506 80 505 #808080",
+                                              "line 80 502 80 501 #808080"));
     canvas.forget();
     surface.zeichnestrich(80, 140, 88, 142);
-    EXPECT_THAT(canvas.strokes(), ElementsAre("line 80 410 81 410 #000000", "line 84 409 85 409 #000000",
-                                              "line 88 408 89 408 #000000"));
+    EXPECT_THAT(canvas.strokes(), ElementsAre("line 80 410 81 410 #808080", "line 84 409 85 409 #808080",
+                                              "line 88 408 89 408 #808080"));
 }
 
 TEST_F(Surface, dotsBackwardsToo) {
     on_screen();
     surface.zeichnestrich(100, 50, 100, 44);
     EXPECT_THAT(canvas.strokes(),
-                ElementsAre("line 100 500 100 501 #000000", "line 100 504 100 505 #000000"));
+                ElementsAre("line 100 500 100 501 #808080", "line 100 504 100 505 #808080"));
 }
 
 TEST_F(Surface, hasAtLeastOneDotLength) {
     on_screen();
     surface.zeichnestrich(10, 10, 11, 12);
-    EXPECT_THAT(canvas.strokes(), ElementsAre("line 10 540 10 539 #000000", "line 11 536 11 535 #000000"));
+    EXPECT_THAT(canvas.strokes(), ElementsAre("line 10 540 10 539 #808080", "line 11 536 11 535 #808080"));
 }
 
 TEST_F(Surface, drawsNothingWithoutACanvas) {

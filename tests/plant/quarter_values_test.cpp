@@ -175,9 +175,8 @@ TEST(Tracks, haveNamesAndUnitsOfTheirLengthInTheControllersLetters) {
     EXPECT_EQ(track_name(1), "BHKW Leistung ");
     EXPECT_EQ(track_unit(1), "kW   ");
     EXPECT_EQ(track_name(2), "BHKW W\x84rme    ");
-    EXPECT_EQ(track_name(5), "Au\xE1"
-                             "entemp.    ");
-    EXPECT_EQ(track_unit(5), "\xF8"
+    EXPECT_EQ(track_name(5), "Aussentemp.   ");
+    EXPECT_EQ(track_unit(5), "\xB0"
                              "C   ");
     EXPECT_EQ(track_name(120), "F\x81hler 120    ");
     std::set<std::string> names;
