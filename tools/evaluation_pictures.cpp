@@ -42,6 +42,12 @@ void take_evaluation_pictures(Program& program, QWidget& window,
     EvaluationControls& c = program.evaluation.controls;
     for (int track = 1; track <= tracks_in_the_pictures; ++track)
         program.archive.spursichtbar[static_cast<std::size_t>(track)] = true;
+    program.archive.ylimax = std::int16_t{180};
+    program.archive.ylimin = std::int16_t{-20};
+    program.archive.ylischritt = std::int16_t{20};
+    program.archive.yremax = std::int16_t{90};
+    program.archive.yreschritt = std::int16_t{10};
+    for (const int track : {3, 4, 5}) program.archive.spurrechts[static_cast<std::size_t>(track)] = true;
     const int year = program.world.loop.local_time().year;
     window.resize(1280, 760);
 
