@@ -225,7 +225,7 @@ int main(int argc, char** argv) {
     program.download.set_start({yesterday.holtag, yesterday.holmonat, yesterday.holjahr});
     program.frmgrafick.download.Click();
     (void)loop.wait_until([&] { return program.frmgrafick.neuwerte > 60; });
-    frmgrafick.resize(frmgrafick.minimumSize());
+    frmgrafick.resize(1280, 760);
     take(frmgrafick, QStringLiteral("daten-holen"));
     program.frmgrafick.closedathol.Click();
     type("\x08");
