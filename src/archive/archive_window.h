@@ -44,6 +44,9 @@ class ArchiveWindow {
     // False: it stays open, since its archive could not be saved. A window that isn't loaded stays as it is.
     bool close(Closing way);
 
+    // Tells once that the archive was cut or taken away while it was open, if it was.
+    void tell_of_lost_file();
+
     // The archive is there, or what takes its place; raised again where more of it has come.
     Event<> archive_there;
     Event<> archive_gone;
@@ -55,7 +58,6 @@ class ArchiveWindow {
     void Timer3_Tick();
     bool load(const std::string& path, int opening);
     void take_over_diary();
-    void tell_of_lost_file();
     bool create(int opening);
     std::int16_t ask_start_year();
     std::int16_t ask_tracks();

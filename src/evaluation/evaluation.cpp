@@ -12,7 +12,12 @@ Evaluation::Evaluation(EventLoop& loop, Dialogs& dialogs, Printer& printer, Scre
       track_list_(dialogs, frmgrafick, controls, events, archive),
       view_choice_(frmgrafick, controls, events, archive),
       read_out_(frmgrafick, controls, events, archive, curves),
-      chart_print_(printer, module1, controls, events, archive, surface, curves) {
+      chart_print_(printer, module1, controls, events, archive, surface, curves),
+      lost_(loop, 1) {
+    lost_.Tick = [this] {
+        lost_.Enabled = false;
+        events.archive_lost();
+    };
     events.neuzeichnen.connect([this] { neuzeichnen(); });
     controls.Picture1.Paint = [this] { neuzeichnen(); };
 }
@@ -33,9 +38,11 @@ void Evaluation::neuzeichnen() {
     events.formeltext();
     curves.zeigenormal();
     controls.zeichnetneu = false;
+    if (frmgrafick_.archivgeladen && archive_.failed()) lost_.Enabled = true;
 }
 
 void Evaluation::archive_closed() {
+    lost_.Enabled = false;
     controls.Timer2.Enabled = false;
     controls.aufschub = false;
     track_list_.close_popups();

@@ -42,6 +42,8 @@ class Evaluation {
     ViewChoice view_choice_;
     ReadOut read_out_;
     ChartPrint chart_print_;
+    // A drawing may be part of a paint or of a print, where no box may open: it is told of a moment later.
+    Timer lost_;
 };
 
 } // namespace velorn

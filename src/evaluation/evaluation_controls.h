@@ -143,6 +143,7 @@ struct EvaluationEvents {
     Event<> formeltext;   // the texts of the formulas are to be filled in
     Event<> zeigedauer;   // the chart is to show duration curves
     Event<> zeigeschnitt; // the chart is to show the mean day
+    Event<> archive_lost; // a drawing found that the archive could not be read; raised behind it
 };
 
 } // namespace velorn

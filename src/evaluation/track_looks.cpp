@@ -40,10 +40,10 @@ TrackLooks looks_of(ArchiveSettings& s, Table table) {
     return {s.bspurnamen, s.bspureinheiten, s.bspurfarben, s.bspursichtbar, s.bspurrechts};
 }
 
-std::vector<int> shown_tracks(ArchiveSettings& settings, Table table) {
-    const TrackLooks looks = looks_of(settings, table);
+std::vector<int> shown_tracks(Archive& archive, Table table) {
+    const TrackLooks looks = looks_of(archive, table);
     const int first = table == Table::daten ? 1 : 0;
-    const int end = table == Table::daten ? static_cast<int>(looks.visible.size()) : drawn_calculated_tracks;
+    const int end = table == Table::daten ? archive.spuranz + 1 : drawn_calculated_tracks;
     std::vector<int> shown;
     for (int track = first; track < end; ++track) {
         if (looks.is_visible(track)) shown.push_back(track);

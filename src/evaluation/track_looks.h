@@ -2,7 +2,7 @@
 // track that a damaged archive has nothing for is nameless, black and not shown.
 #pragma once
 
-#include "archive/archive_tail.h"
+#include "archive/archive.h"
 #include "evaluation/period.h"
 #include "runtime/controls.h"
 
@@ -32,7 +32,8 @@ struct TrackLooks {
 TrackLooks looks_of(ArchiveSettings& settings, Table table);
 
 // The tracks that a chart shows, ascending: 1 to spuranz, or 0 to 3 of the calculated ones.
-std::vector<int> shown_tracks(ArchiveSettings& settings, Table table);
+// Flags of tracks that the archive has no values for count for nothing.
+std::vector<int> shown_tracks(Archive& archive, Table table);
 
 // The name by which a calculated track is listed, 0 to 4.
 std::string calculated_name(const ArchiveSettings& settings, int track);

@@ -144,7 +144,7 @@ void ViewChoice::txyremax_Change() {
     if (archive_.ylimin.number() >= least_left_minimum || archive_.yremax.number() <= 0) return;
     const double steps = archive_.ylimax.number() / archive_.ylischritt.number();
     const double step = archive_.yremax.number() / steps;
-    if (!std::isfinite(step)) return;
+    if (!std::isfinite(steps) || !std::isfinite(step)) return; // a division by nothing
     archive_.yreschritt = step;
     controls_.txyreschr.Text = number_text(step);
 }

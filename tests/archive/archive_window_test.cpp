@@ -174,6 +174,21 @@ TEST_F(Evaluating, opensAnotherFileAfterSavingThisOne) {
     EXPECT_EQ(first.daten(6, 11, 15, 1, 1), 1.0F);
 }
 
+TEST_F(Evaluating, tellsOnceThatADrawingFoundTheFileLost) {
+    has_an_archive();
+    opens();
+    p.files.set_length(path, 20'000'000);
+    p.dialogs.expect("", 48, Answer::ok);
+    p.program.evaluation.controls.plusjahr.Click();
+    p.program.evaluation.controls.minusjahr.Click();
+    p.program.evaluation.controls.minusjahr.Click();
+    p.loop.pass(500);
+    EXPECT_FALSE(f.archivgeladen) << "nothing is written over what is left";
+    p.program.evaluation.controls.minusjahr.Click();
+    p.loop.pass(500);
+    EXPECT_TRUE(f.geladen);
+}
+
 TEST_F(Evaluating, fetchesTheNewestValuesAtTheControllersWish) {
     has_an_archive();
     p.module1.grafikfern = true;

@@ -204,6 +204,28 @@ TEST_F(ViewChoice, leavesTheRightStepWhereTheLeftAxisBeginsHigher) {
     EXPECT_EQ(axes(), "100 0,001 10 30 9 ");
 }
 
+TEST_F(ViewChoice, leavesTheRightStepWhereItWouldDivideByNothing) {
+    has_axes(100, 0, 0, 20, 9);
+    c().txyremax.Text = "30";
+    EXPECT_EQ(axes(), "100 0 0 30 9 ");
+    has_axes(0, -10, 10, 20, 9);
+    c().txyremax.Text = "30";
+    EXPECT_EQ(axes(), "0 -10 10 30 9 ");
+    EXPECT_EQ(c().txyreschr.Text.get(), "9");
+}
+
+TEST_F(ViewChoice, storesAllAxesAtEachChangeOfTheRightMaximum) {
+    has_axes(100, 10, 10, 20, 9);
+    c().txylimax.Text = "80";
+    EXPECT_EQ(axes(), "100 10 10 20 9 ");
+    c().txyremax.Text = "3";
+    EXPECT_EQ(axes(), "80 10 10 3 9 ");
+    c().txylischr.Text = "-";
+    c().txyremax.Text = "35";
+    EXPECT_EQ(axes(), "80 10 10 3 9 ");
+    EXPECT_EQ(drawings(), 0);
+}
+
 TEST_F(ViewChoice, leavesTheRightStepWithoutARightMaximum) {
     for (const char* nothing : {"", "0", "-5"}) {
         has_axes(100, 0, 10, 20, 9);
