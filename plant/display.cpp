@@ -272,6 +272,8 @@ void Display::menu_key(char code) {
     const int digit = code - '1';
     const bool is_entry = digit >= 0 && digit < static_cast<int>(entries.size());
     if (is_entry) menu_line_ = digit;
+    // The PC opens its evaluation and fetches what is new. The blank takes its screen back to plain text.
+    if (code == 'A' || code == 'a') screen_.raw("\x1b\x1bq ");
     if (is_entry || code == enter) show(entries[static_cast<std::size_t>(menu_line_)].page);
 }
 
