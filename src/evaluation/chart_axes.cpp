@@ -39,6 +39,7 @@ int digits_more(double number) {
     return 1;
 }
 
+constexpr int most_steps = 32'767; // what counts them holds no more
 constexpr int digit_width = 5;
 constexpr int left_labels = -30; // from the plot's edge
 constexpr int right_labels = 25;
@@ -156,7 +157,7 @@ void draw_year_axis(ChartSurface& surface, const std::vector<CalendarDay>& days,
 void draw_y_grid(ChartSurface& surface, const AxisValues& axes, int plotbreite) {
     const AxisScale left = axes.left();
     const double steps = round_to_even((axes.ylimax - axes.ylimin) / axes.ylischritt);
-    if (std::isfinite(steps) && steps <= plothoehe) {
+    if (std::isfinite(steps) && steps <= most_steps) {
         for (int i = 1; i <= steps; ++i) {
             const double at_left = axes.ylimax - axes.ylischritt * i;
             const double at_right = axes.yremax - axes.yreschritt * i;

@@ -36,8 +36,8 @@ void draw_week_axis(ChartSurface& surface, const std::vector<CalendarDay>& days,
 void draw_month_axis(ChartSurface& surface, const std::vector<CalendarDay>& days, bool quarters);
 void draw_year_axis(ChartSurface& surface, const std::vector<CalendarDay>& days, bool quarters);
 
-// Lines and labels of both vertical axes, and the zero line. Steps that make more lines than the plot has
-// rows, or that lead nowhere, draw none.
+// Lines and labels of both vertical axes, and the zero line. More than 32767 steps, and steps that lead
+// nowhere, draw none.
 void draw_y_grid(ChartSurface& surface, const AxisValues& axes, int plotbreite);
 
 } // namespace velorn

@@ -172,6 +172,11 @@ TEST_F(Axes, labelsAStepBelowTheAxisAndDrawsNoLineForIt) {
     EXPECT_THAT(labels(), Contains("45 -120 '-2,00'"));
 }
 
+TEST_F(Axes, drawsEveryStepOfADenseGrid) {
+    draw_y_grid(surface, {1000, 0, 1, 1000, 1}, 480);
+    EXPECT_EQ(labels().size(), 2000U);
+}
+
 TEST_F(Axes, drawsNoGridWhereStepsLeadNowhere) {
     for (const double step : {0.0, 1e-9, -1e-9, 1e308}) {
         draw_y_grid(surface, {100, 10, step, 30, step}, 480);
