@@ -68,7 +68,7 @@ void new_table(Form& form, int columns) {
     }
 }
 
-// Parts 2 to 9 of the file, with or without the reserves behind them.
+// What stands behind the first table, with or without the reserves behind them.
 void new_settings(Form& form, int tracks, bool reserves, int startjahr = 2019) {
     for (int t = 0; t <= tracks; ++t) form.text(t == 0 ? "<1>-<2>" : dashes);
     for (int t = 0; t <= tracks; ++t) form.text("");
