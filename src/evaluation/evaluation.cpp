@@ -31,6 +31,8 @@ void Evaluation::archive_opened() {
 
 void Evaluation::neuzeichnen() {
     if (!frmgrafick_.geladen || controls.zeichnetneu) return;
+    // Before there is anything to draw on nobody looks; the canvas asks for the chart when it comes.
+    if (!controls.druckmodus && controls.Picture1.canvas == nullptr) return;
     controls.zeichnetneu = true;
     if (!controls.druckmodus) surface.draw_on(controls.Picture1.canvas, false);
     view_choice_.wochentagrechnen();

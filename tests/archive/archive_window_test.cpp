@@ -176,6 +176,8 @@ TEST_F(Evaluating, opensAnotherFileAfterSavingThisOne) {
 
 TEST_F(Evaluating, tellsOnceThatADrawingFoundTheFileLost) {
     has_an_archive();
+    RecorderCanvas canvas;
+    p.program.evaluation.controls.Picture1.canvas = &canvas;
     opens();
     p.files.set_length(path, 20'000'000);
     p.dialogs.expect("", 48, Answer::ok);
@@ -187,6 +189,16 @@ TEST_F(Evaluating, tellsOnceThatADrawingFoundTheFileLost) {
     p.program.evaluation.controls.minusjahr.Click();
     p.loop.pass(500);
     EXPECT_TRUE(f.geladen);
+    p.program.evaluation.controls.Picture1.canvas = nullptr;
+}
+
+TEST_F(Evaluating, readsNoYearBeforeSomebodyLooks) {
+    has_an_archive();
+    opens();
+    p.files.set_length(path, 20'000'000);
+    p.program.evaluation.controls.plusjahr.Click();
+    p.loop.pass(500);
+    EXPECT_TRUE(f.archivgeladen);
 }
 
 TEST_F(Evaluating, fetchesTheNewestValuesAtTheControllersWish) {

@@ -11,8 +11,8 @@ namespace {
 
 TEST_F(ADownload, beginsWithCountUnitsAndNamesTwice) {
     EXPECT_EQ(begins(quarters), "0303"
-                                "kW   kW   kW   kW   \xF8"
-                                "C   \xF8"
+                                "kW   kW   kW   kW   \xB0"
+                                "C   \xB0"
                                 "C   "
                                 "BHKW Leistung BHKW Leistung BHKW W\x84rme    BHKW W\x84rme    "
                                 "Vorlauf       Vorlauf       " +
