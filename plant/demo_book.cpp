@@ -7,7 +7,6 @@
 #include <array>
 #include <cstdint>
 #include <string_view>
-#include <utility>
 
 namespace velorn::plant {
 
@@ -142,21 +141,25 @@ std::string first_protocol_line(const DateTime& today) {
 
 Result<std::vector<std::string>> write_phone_book(const Directory& directory, const BookOrder& order,
                                                   const DateTime& today) {
-    std::vector<std::pair<std::filesystem::path, std::string>> files;
-    files.emplace_back(path_of(order.file), phone_book(directory, {!order.protocols.empty(),
-                                                                   order.visualisation, order.archives}));
+    struct Text {
+        std::filesystem::path path;
+        std::string bytes;
+    };
+    std::vector<Text> texts;
+    texts.push_back({path_of(order.file),
+                     phone_book(directory, {!order.protocols.empty(), order.visualisation, order.archives})});
     if (!order.protocols.empty()) {
         for (const Site& site : directory.sites())
-            files.emplace_back(path_of(order.protocols) / protocol_name(site), first_protocol_line(today));
+            texts.push_back({path_of(order.protocols) / protocol_name(site), first_protocol_line(today)});
     }
     std::vector<std::string> written;
-    for (const auto& [path, bytes] : files) {
-        const Result<bool> fresh = write_if_missing(path, [&bytes](BinaryFile& file) -> Outcome {
-            if (Outcome laid_down = file.write(1, bytes); !laid_down) return laid_down;
+    for (const Text& text : texts) {
+        const Result<bool> fresh = write_if_missing(text.path, [&text](BinaryFile& file) -> Outcome {
+            if (Outcome laid_down = file.write(1, text.bytes); !laid_down) return laid_down;
             return file.sync();
         });
         if (!fresh) return fresh.failure();
-        if (*fresh) written.push_back(path.string());
+        if (*fresh) written.push_back(text.path.string());
     }
     return written;
 }
