@@ -134,9 +134,9 @@ Outcome Archive::write_table(ArchiveReader& reader, YearTable& table, ByteRange 
                     if (!read) return read;
                 }
                 for (std::int64_t row = 0; table.lost(y) && row < now; ++row) {
-                    if (table.changed(first_row + done + row))
-                        std::ranges::copy(table.row(first_row + done + row),
-                                          part.begin() + row * table.columns());
+                    if (!table.changed(first_row + done + row)) continue;
+                    const std::span<const float> mine = table.row(first_row + done + row);
+                    std::copy(mine.begin(), mine.end(), part.begin() + row * table.columns());
                 }
                 if (const Outcome put = sink(bytes_of_values(part)); !put) return put;
             }

@@ -7,7 +7,7 @@ namespace velorn {
 Result<std::int64_t> BinaryFile::read_into(std::int64_t position, std::span<char> bytes) {
     const Result<std::string> got = read(position, static_cast<std::int64_t>(bytes.size()));
     if (!got) return got.failure();
-    std::ranges::copy(*got, bytes.begin());
+    std::copy(got->begin(), got->end(), bytes.begin());
     return static_cast<std::int64_t>(got->size());
 }
 

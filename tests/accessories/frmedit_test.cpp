@@ -13,7 +13,8 @@ namespace velorn::test {
 namespace {
 
 const std::string path = "c:\\velorn\\hallenbad.prt";
-const std::string question("Datei wurde verändert, soll sie gespeichert werden?"_w);
+constexpr std::string_view changed = "Datei wurde verändert, soll sie gespeichert werden?"_w;
+const std::string question(changed);
 
 std::string all_bytes() {
     std::string bytes;

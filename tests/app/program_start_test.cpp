@@ -40,10 +40,12 @@ TEST(FirstStart, withoutAnyFileWritesTheDefaultsAndOpensNormally) {
 }
 
 TEST(TheStartCounter, outsideItsRangeBecomesTenAndOne) {
-    for (const auto& [stored, counted] :
-         {std::pair{30001, 11}, {-1, 11}, {30000, 30000}, {29999, 30000}, {0, 1}}) {
-        const Started s([&](Settings& v) { v.neustartzaehler = static_cast<std::int16_t>(stored); });
-        EXPECT_EQ(s.p.settings.neustartzaehler.number(), counted) << stored;
+    struct Case {
+        std::int16_t stored, counted;
+    };
+    for (const Case& one : {Case{30001, 11}, {-1, 11}, {30000, 30000}, {29999, 30000}, {0, 1}}) {
+        const Started s([&one](Settings& v) { v.neustartzaehler = one.stored; });
+        EXPECT_EQ(s.p.settings.neustartzaehler.number(), one.counted) << one.stored;
     }
 }
 

@@ -213,26 +213,25 @@ TEST(PortCommands, askForANumberAndSetIt) {
     struct Case {
         MenuItem FrmTerminal::*item;
         const char* title;
-        std::string prompt;
+        std::string_view prompt;
         const char* proposal;
         int (MSComm::*value)() const;
     };
     const Case cases[] = {
-        {&FrmTerminal::mnuInputLen, "InputLen",
-         std::string("Geben Sie die neue Eingabelänge (InputLen) ein:"_w), "0", &MSComm::InputLen},
+        {&FrmTerminal::mnuInputLen, "InputLen", "Geben Sie die neue Eingabelänge (InputLen) ein:"_w, "0",
+         &MSComm::InputLen},
         {&FrmTerminal::mnuRThreshold, "Empfangslimit (RThreshold)",
-         std::string(
-             "Geben Sie einen neuen Wert für die maximal gepufferte Anzahl der empfangenen Bytes ein:"_w),
-         "1", &MSComm::RThreshold},
+         "Geben Sie einen neuen Wert für die maximal gepufferte Anzahl der empfangenen Bytes ein:"_w, "1",
+         &MSComm::RThreshold},
         {&FrmTerminal::mnuSThreshold, "Sendelimit (SThreshold)",
-         std::string("Geben Sie einen neuen Wert für die maximal gepufferte Anzahl der Sendebytes ein:"_w),
-         "0", &MSComm::SThreshold},
+         "Geben Sie einen neuen Wert für die maximal gepufferte Anzahl der Sendebytes ein:"_w, "0",
+         &MSComm::SThreshold},
     };
     for (const Case& one : cases) {
         Dialog p;
         const int before = (p.port.*one.value)();
         const auto ask = [&](std::optional<std::string> answer) {
-            p.dialogs.expect_input(one.prompt, std::move(answer));
+            p.dialogs.expect_input(std::string(one.prompt), std::move(answer));
             (p.frmTerminal.*one.item).Click();
         };
         ask("");

@@ -89,7 +89,7 @@ TEST(Case, umlautsHaveTwo) {
 }
 
 TEST(Case, signsAndSharpSHaveNone) {
-    for (const char c : std::string("ß×÷°µ§12[]@`{}"_w)) {
+    for (const char c : "ß×÷°µ§12[]@`{}"_w) {
         EXPECT_EQ(to_upper(static_cast<unsigned char>(c)), static_cast<unsigned char>(c));
         EXPECT_EQ(to_lower(static_cast<unsigned char>(c)), static_cast<unsigned char>(c));
     }

@@ -4,11 +4,12 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace velorn::test {
 
@@ -34,7 +35,9 @@ class TemporaryFolder {
     // Empty for a file that isn't there.
     std::string content(std::string_view name) const {
         std::ifstream in(path_ / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
+        std::ostringstream all;
+        all << in.rdbuf();
+        return std::move(all).str();
     }
     void set_content(std::string_view name, std::string_view bytes) const {
         std::ofstream out(path_ / name, std::ios::binary);
