@@ -7,6 +7,7 @@ set -euo pipefail
 
 packages_for_start=(
   build-essential cmake ninja-build ccache pkg-config
+  libxxhash-dev
   qt6-base-dev qt6-svg-dev qt6-serialport-dev libgl1-mesa-dev
   qt6-translations-l10n # the toolkit's own dialogs in German
   xvfb xdotool python3 imagemagick fonts-dejavu-core # a screen of our own where there is none
