@@ -83,6 +83,9 @@ class Archive : public ArchiveSettings {
     std::span<const float> year(int y);
     std::span<const float> rechyear(int y);
 
+    // False: the first touch of the year's values reads megabytes, perhaps over a network.
+    bool holds(int y) const { return y < 0 || y >= archive_layout::years || daten_.loaded(y); }
+
     // The newest day by track 1, without reading whole years. Of an archive without any value it is the first
     // day, which isn't full.
     struct NewestDay {

@@ -1,5 +1,6 @@
 #include "evaluation/chart_axes.h"
 
+#include "evaluation/nearest.h"
 #include "runtime/number_picture.h"
 #include "runtime/text.h"
 
@@ -44,12 +45,6 @@ constexpr int digit_width = 5;
 constexpr int left_labels = -30; // from the plot's edge
 constexpr int right_labels = 25;
 
-// Half to even: behind this number a double has no places left.
-double to_whole(double number) {
-    constexpr double no_places = 6755399441055744.0;
-    return (number + no_places) - no_places;
-}
-
 } // namespace
 
 // ---- scales ----
@@ -60,7 +55,7 @@ int AxisScale::row(double value) const {
     const double row = plothoehe * ((low - value) / (low - high));
     if (!(row > lowest)) return -1; // also where the scale leads nowhere
     if (row > highest) return plothoehe + 1;
-    return static_cast<int>(to_whole(row));
+    return nearest(row);
 }
 
 float AxisValues::yremin() const {
@@ -161,8 +156,7 @@ void draw_y_grid(ChartSurface& surface, const AxisValues& axes, int plotbreite) 
         for (int i = 1; i <= steps; ++i) {
             const double at_left = axes.ylimax - axes.ylischritt * i;
             const double at_right = axes.yremax - axes.yreschritt * i;
-            const int row = static_cast<int>(
-                to_whole(plothoehe * ((axes.ylimin - at_left) / (axes.ylimin - axes.ylimax))));
+            const int row = nearest(plothoehe * ((axes.ylimin - at_left) / (axes.ylimin - axes.ylimax)));
             if (row > -1 && row < plothoehe + 1)
                 surface.zeichnestrich(plotlinks, plotunten + row, plotlinks + plotbreite, plotunten + row);
             label(surface, plotlinks + left_labels - digit_width * digits_more(at_left), plotunten + row + 7,

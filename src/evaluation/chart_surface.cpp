@@ -1,6 +1,6 @@
 #include "evaluation/chart_surface.h"
 
-#include "runtime/number_picture.h"
+#include "evaluation/nearest.h"
 
 #include <cstdlib>
 
@@ -13,8 +13,6 @@ constexpr int strokes_on_paper = 6;
 constexpr int dot_distance = 4;
 constexpr Colour default_colour = colour::rgb(128, 128, 128);
 
-int rounded(double number) { return static_cast<int>(round_to_even(number)); }
-
 } // namespace
 
 void ChartSurface::draw_on(Canvas* target, bool druckmodus) {
@@ -23,8 +21,8 @@ void ChartSurface::draw_on(Canvas* target, bool druckmodus) {
 }
 
 void ChartSurface::setzeposition(int x, int y) {
-    x_ = druckmodus_ ? rounded(printer_x(x)) : x;
-    y_ = druckmodus_ ? rounded(printer_y(y)) : chart_height - y;
+    x_ = druckmodus_ ? nearest(printer_x(x)) : x;
+    y_ = druckmodus_ ? nearest(printer_y(y)) : chart_height - y;
 }
 
 void ChartSurface::schreibetext(std::string_view text, int size) {
@@ -43,8 +41,8 @@ void ChartSurface::zeichnelinie(int x1, int y1, int x2, int y2, Colour colour) {
         return;
     }
     for (int stroke = 0; stroke < strokes_on_paper; ++stroke) {
-        canvas_->line(rounded(printer_x(x1)), rounded(printer_y(y1)) + stroke, rounded(printer_x(x2)),
-                      rounded(printer_y(y2)) + stroke, colour);
+        canvas_->line(nearest(printer_x(x1)), nearest(printer_y(y1)) + stroke, nearest(printer_x(x2)),
+                      nearest(printer_y(y2)) + stroke, colour);
     }
 }
 
@@ -58,7 +56,7 @@ void ChartSurface::zeichnestrich(int x1, int y1, int x2, int y2) {
     const int step = along < 0 ? -1 : 1;
     for (int i = 0; i <= n; ++i) {
         const int far = i * dot_distance * step;
-        const int aside = rounded(across / n * i);
+        const int aside = nearest(across / n * i);
         if (upright)
             zeichnelinie(x1 + aside, y1 + far, x1 + aside, y1 + far + step, default_colour);
         else

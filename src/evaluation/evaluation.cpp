@@ -1,5 +1,7 @@
 #include "evaluation/evaluation.h"
 
+#include "evaluation/track_looks.h"
+
 namespace velorn {
 
 Evaluation::Evaluation(EventLoop& loop, Dialogs& dialogs, Printer& printer, ScreenSize screen,
@@ -34,11 +36,14 @@ void Evaluation::neuzeichnen() {
     // Before there is anything to draw on nobody looks; the canvas asks for the chart when it comes.
     if (!controls.druckmodus && controls.Picture1.canvas == nullptr) return;
     controls.zeichnetneu = true;
+    const bool reads = !archive_.holds(frmgrafick_.jahrsel - first_year(archive_));
+    if (reads) frmgrafick_.busy = true;
     if (!controls.druckmodus) surface.draw_on(controls.Picture1.canvas, false);
     view_choice_.wochentagrechnen();
     track_list_.fill();
     events.formeltext();
     curves.zeigenormal();
+    if (reads) frmgrafick_.busy = false;
     controls.zeichnetneu = false;
     if (frmgrafick_.archivgeladen && archive_.failed()) lost_.Enabled = true;
 }

@@ -69,10 +69,8 @@ EvaluationControls::EvaluationControls(EventLoop& loop) : Timer2(loop, 100) {
     // Nothing draws these two yet.
     comdauer.Enabled = false;
     comtagschnitt.Enabled = false;
-    hide(schnittkanal);
-    hide(summkanal);
-    hide(schnittkanalb);
-    hide(summkanalb);
+    hide_means();
+    hide_sums();
     Label54.Visible = false;
     Label55.Visible = false;
     ablesung.Visible = false;
@@ -81,6 +79,16 @@ EvaluationControls::EvaluationControls(EventLoop& loop) : Timer2(loop, 100) {
         aufschub = false;
         Timer2.Enabled = false;
     };
+}
+
+void EvaluationControls::hide_means() {
+    hide(schnittkanal);
+    hide(schnittkanalb);
+}
+
+void EvaluationControls::hide_sums() {
+    hide(summkanal);
+    hide(summkanalb);
 }
 
 int EvaluationControls::calculated_of_row(int row) const {

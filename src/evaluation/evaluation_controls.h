@@ -135,6 +135,10 @@ struct EvaluationControls {
     int calculated_of_row(int row) const;
     // The row of a calculated track, -1 if none shows it.
     int row_of_calculated(int track) const;
+
+    // Of all rows.
+    void hide_means();
+    void hide_sums();
 };
 
 // What the parts of the window ask of each other and of what comes later.

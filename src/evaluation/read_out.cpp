@@ -60,8 +60,7 @@ void ReadOut::read_day(double x) {
         controls_.maustage = true;
         controls_.Label54.Visible = true;
         controls_.Label55.Visible = true;
-        for (Label& sum : controls_.summkanal) sum.Visible = false;
-        for (Label& sum : controls_.summkanalb) sum.Visible = false;
+        controls_.hide_sums();
     }
     const int quarter =
         std::max(1, static_cast<int>(round_to_even((day_width - (day_right - x)) / quarter_width)));

@@ -1,6 +1,7 @@
 #include "evaluation/time_curves.h"
 
 #include "archive/archive_layout.h"
+#include "evaluation/nearest.h"
 #include "evaluation/track_looks.h"
 #include "runtime/number_picture.h"
 #include "runtime/text.h"
@@ -16,8 +17,6 @@ constexpr int day_width = 480;
 constexpr int week_width = 504;
 constexpr int width_of_a_month_day = 16;
 constexpr double least_hours = 0.0001;
-
-int rounded(double number) { return static_cast<int>(round_to_even(number)); }
 
 // Takes the points of one curve; a gap breaks it.
 class Pen {
@@ -95,13 +94,13 @@ std::vector<PlotStep> plot_steps(View view, bool quarters, int days) {
             if (view == View::day) {
                 x = 5 * quarter;
             } else if (view == View::month) {
-                x = rounded(since_start / 2688.0 * 448); // six quarter-hours to the pixel, however long it is
+                x = nearest(since_start / 2688.0 * 448); // six quarter-hours to the pixel, however long it is
             } else if (!quarters) {
                 x = view == View::week ? 6 * slots : slots;
             } else if (view == View::week) {
-                x = rounded(since_start / 672.0 * week_width);
+                x = nearest(since_start / 672.0 * week_width);
             } else {
-                x = rounded(since_start / 35040.0 * 365);
+                x = nearest(since_start / 35040.0 * 365);
             }
             steps.push_back({x, day, quarter});
         }

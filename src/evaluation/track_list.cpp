@@ -207,10 +207,8 @@ void TrackList::name_next_block() {
 void TrackList::com1bis30_Click() {
     controls_.erstespur = static_cast<std::int16_t>(next_block());
     name_next_block();
-    for (Label& label : controls_.schnittkanal) label.Visible = false;
-    for (Label& label : controls_.summkanal) label.Visible = false;
-    for (Label& label : controls_.schnittkanalb) label.Visible = false;
-    for (Label& label : controls_.summkanalb) label.Visible = false;
+    controls_.hide_means();
+    controls_.hide_sums();
     events_.neuzeichnen();
 }
 

@@ -315,4 +315,17 @@ TEST_F(TimeCurvesTest, showsAnEmptyChartWithoutAnArchive) {
     EXPECT_THAT(drawing(), ElementsAre("clear #ffffff"));
 }
 
+// ---- reading ----
+
+TEST_F(TimeCurvesTest, thePointerShowsThatAYearIsReadForTheFirstTime) {
+    std::vector<bool> busy;
+    f.form.on_change = [&] { busy.push_back(f.busy); };
+    selects(15, 3, startjahr + 1);
+    drawing();
+    EXPECT_EQ(busy, (std::vector{true, false}));
+    drawing();
+    EXPECT_EQ(busy.size(), 2U);
+    f.form.on_change = nullptr;
+}
+
 } // namespace velorn::test
