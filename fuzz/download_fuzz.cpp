@@ -1,6 +1,7 @@
 // Any bytes from the controller while a download runs: nothing crashes, and a cell changes only by a frame
 // that was acknowledged.
 #include "archive/download.h"
+#include "archive/download_frame.h"
 #include "support/block_files.h"
 #include "support/receive_rig.h"
 

@@ -1,22 +1,18 @@
 #include "archive/archive_window.h"
 
+#include "archive/new_archive.h"
 #include "phonebook/collection_panel.h"
 #include "runtime/number_picture.h"
 #include "runtime/paths.h"
 #include "runtime/text.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace velorn {
 
 namespace {
 
-constexpr std::string_view dat_files = "dat Dateien (*.dat)|*.dat";
 constexpr std::int16_t steps_until_connected = 3000; // of 100 ms
 constexpr std::int16_t steps_of_rest = 10;
 constexpr std::int16_t steps_of_login = 90;
-constexpr std::int16_t usual_tracks = 60;
 
 } // namespace
 
@@ -198,39 +194,21 @@ void ArchiveWindow::tell_of_lost_file() {
 
 bool ArchiveWindow::create(int opening) {
     const auto gone = [&] { return loop_.ended() || !frmgrafick_.still_open(opening); };
-    box(std::string("bisher keine Datenarchivierungsdatei für <"_w) + projekt() + "> angelegt!", 48);
+    const Result<NewArchive> wanted =
+        ask_for_new_archive({dialogs_, files_, gone}, projekt(), loop_.local_time());
     if (gone()) return false;
-    std::string path;
-    for (;;) {
-        const Result<std::string> chosen = dialogs_.choose_file({.title = "Datenarchivierungsdatei anlegen",
-                                                                 .filter = std::string(dat_files),
-                                                                 .folder = {},
-                                                                 .name = projekt() + ".dat",
-                                                                 .saving = true});
-        if (gone()) return false;
-        if (!chosen) {
-            if (chosen.failure().is(RunTimeError::dialog_cancelled))
-                (void)close(Closing::discarding);
-            else
-                box(chosen.failure().text, 48);
-            return false;
-        }
-        path = *chosen;
-        if (path.empty()) continue;
-        if (!files_.exists(path)) break;
-        const Answer answer = box("Bestehende Datei ersetzen - " + path + "?", 36);
-        if (gone()) return false;
-        if (answer == Answer::yes) break;
+    if (!wanted) {
+        if (wanted.failure().is(RunTimeError::dialog_cancelled))
+            (void)close(Closing::discarding);
+        else
+            box(wanted.failure().text, 48);
+        return false;
     }
-    const std::int16_t startjahr = ask_start_year();
-    if (gone()) return false;
-    const std::int16_t tracks = ask_tracks();
-    if (gone()) return false;
-
-    entry().viertdatei = path;
+    entry().viertdatei = wanted->path;
     phonebook_files_.save_telefonbuch();
     frmgrafick_.busy = true;
-    const Outcome created = archive_.create(path, startjahr, tracks, loop_.local_time());
+    const Outcome created =
+        archive_.create(wanted->path, wanted->startjahr, wanted->tracks, loop_.local_time());
     frmgrafick_.busy = false;
     if (!created) {
         box(created.failure().text, 48);
@@ -239,37 +217,6 @@ bool ArchiveWindow::create(int opening) {
     }
     archive_.close();
     return true;
-}
-
-std::int16_t ArchiveWindow::ask_start_year() {
-    const auto present = static_cast<std::int16_t>(loop_.local_time().year);
-    const auto answer = dialogs_.input_box("Startjahr der 1/4h-Aufzeichnung eingeben: (z.B.: 2009)",
-                                           "Startjahr", std::to_string(present));
-    if (!answer || answer->empty()) return present;
-    const std::optional<double> year = number_of(*answer);
-    if (!year) {
-        box(error_text(RunTimeError::type_mismatch), 48);
-        return present;
-    }
-    return static_cast<std::int16_t>(round_to_even(std::clamp(*year, 2000.0, 2050.0)));
-}
-
-std::int16_t ArchiveWindow::ask_tracks() {
-    for (;;) {
-        const auto answer =
-            dialogs_.input_box("Anzahl der Datenspuren eingeben (30,60,90,120 oder 150): ", "Datenspuren",
-                               std::to_string(usual_tracks));
-        if (!answer || answer->empty() || loop_.ended()) return usual_tracks;
-        const std::optional<double> tracks = number_of(*answer);
-        if (!tracks) {
-            box(error_text(RunTimeError::type_mismatch), 48);
-            if (loop_.ended()) return usual_tracks;
-            continue;
-        }
-        for (const int allowed : {30, 60, 90, 120, 150}) {
-            if (*tracks == allowed) return static_cast<std::int16_t>(allowed);
-        }
-    }
 }
 
 // ---- closing ----
@@ -334,7 +281,7 @@ void ArchiveWindow::neupfad_Click() {
     for (;;) {
         const Result<std::string> chosen =
             dialogs_.choose_file({.title = std::string("Datenarchivierungsdatei auswählen"_w),
-                                  .filter = std::string(dat_files),
+                                  .filter = std::string(archive_filter),
                                   .folder = std::string(folder_of(frmgrafick_.archivpfad)),
                                   .name = std::string(name_of(frmgrafick_.archivpfad)),
                                   .saving = true});

@@ -59,8 +59,6 @@ class ArchiveWindow {
     bool load(const std::string& path, int opening);
     void take_over_diary();
     bool create(int opening);
-    std::int16_t ask_start_year();
-    std::int16_t ask_tracks();
     bool archivspeichern();
     void collect_site(int opening);
     bool wait_steps(std::int16_t steps, int opening, const EventLoop::Condition& leave);

@@ -5,8 +5,9 @@
 #include "runtime/text.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace velorn {
 
@@ -24,12 +25,6 @@ constexpr std::string_view frame_end = "\x1b\x1b"
                                        "D5";
 constexpr std::string_view transfer_end = "\x1b\x1b"
                                           "D4";
-constexpr std::string_view invalid_value = "***";
-constexpr float invalid = -999.0F;
-
-constexpr std::size_t value_width = 8;
-constexpr std::size_t unit_width = 5;
-constexpr std::size_t name_width = 14;
 constexpr int sets_of_a_4h_packet = 16;
 
 constexpr std::int16_t initialising = 2, sending_range = 1, receiving = 0;
@@ -45,29 +40,6 @@ struct ModeCell {
 };
 constexpr float mode_4h = -999.0F;
 
-std::optional<std::string_view> take(std::string_view& text, std::size_t width) {
-    if (text.size() < width) return std::nullopt;
-    const std::string_view field = text.substr(0, width);
-    text.remove_prefix(width);
-    return field;
-}
-
-std::optional<int> take_number(std::string_view& text, std::size_t width) {
-    const auto field = take(text, width);
-    if (!field) return std::nullopt;
-    const std::optional<double> number = number_of(*field);
-    if (!number || std::abs(*number) > 32767) return std::nullopt;
-    return static_cast<int>(round_to_even(*number));
-}
-
-// A field that stands there twice.
-std::optional<std::string> take_twice(std::string_view& text, std::size_t width) {
-    const auto first = take(text, width);
-    const auto second = take(text, width);
-    if (!first || !second || *first != *second) return std::nullopt;
-    return std::string(*first);
-}
-
 std::string two_digits(int number) { return format(static_cast<double>(number), "00"); }
 std::string four_digits(int number) { return format(static_cast<double>(number), "0000"); }
 
@@ -82,50 +54,6 @@ void fill(ComboBox& box, int first, int last) {
 }
 
 } // namespace
-
-// ---- fields ----
-
-std::optional<float> value_of_field(std::string_view field) {
-    if (instr(field, invalid_value) > 0) return invalid;
-    const std::optional<double> number = number_of(field);
-    if (!number || std::abs(*number) > std::numeric_limits<float>::max()) return std::nullopt;
-    return static_cast<float>(*number);
-}
-
-std::optional<DataSet> take_data_set(std::string_view& frame, int tracks) {
-    DataSet set;
-    for (int* field : {&set.head.day, &set.head.month, &set.head.year, &set.head.quarter}) {
-        const auto number = take_number(frame, 2);
-        if (!number) return std::nullopt;
-        *field = *number;
-    }
-    for (int track = 1; track <= tracks; ++track) {
-        const auto field = take(frame, value_width);
-        const auto value = field ? value_of_field(*field) : std::nullopt;
-        if (!value) return std::nullopt;
-        set.values.push_back(*value);
-    }
-    return set;
-}
-
-std::optional<Initialisation> take_initialisation(std::string_view frame, int most_tracks) {
-    const std::size_t width = frame.size() >= 6 && frame.substr(0, 3) == frame.substr(3, 3) ? 3 : 2;
-    const auto first = take_number(frame, width);
-    const auto second = take_number(frame, width);
-    if (!first || !second || *first != *second) return std::nullopt;
-    Initialisation all;
-    all.tracks = std::clamp(*first, 0, most_tracks);
-    // The fields of the tracks that have no place here stand between the units and the names.
-    for (const auto& [width_of_field, fields] :
-         {std::pair{unit_width, &all.units}, std::pair{name_width, &all.names}}) {
-        for (int track = 1; track <= *first; ++track) {
-            auto field = take_twice(frame, width_of_field);
-            if (!field) return std::nullopt;
-            if (track <= all.tracks) fields->push_back(std::move(*field));
-        }
-    }
-    return all;
-}
 
 Download::Download(EventLoop& loop, Module1& module1, const FrmTelefon& frmtelefon, FrmGrafick& frmgrafick,
                    Archive& archive, DownloadDiary& diary, Output& output, ReceiveEvents& receive_events)
@@ -347,7 +275,7 @@ bool Download::read_data(int sets) {
     const int tracks = std::clamp(wanted ? int{*wanted} : 0, 0, int{archive_.spuranz});
     std::string_view frame = frmgrafick_.txtausw.Text();
     const auto length =
-        static_cast<std::size_t>(sets) * (8 + value_width * static_cast<std::size_t>(tracks)) +
+        static_cast<std::size_t>(sets) * (moment_width + value_width * static_cast<std::size_t>(tracks)) +
         frame_end.size();
     if (frame.size() != length) return false;
     std::vector<DataSet> all;

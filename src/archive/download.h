@@ -7,6 +7,7 @@
 
 #include "archive/archive.h"
 #include "archive/download_diary.h"
+#include "archive/download_frame.h"
 #include "archive/frm_grafick.h"
 #include "core/module1.h"
 #include "links/output.h"
@@ -15,36 +16,9 @@
 #include "runtime/event_loop.h"
 #include "terminal/receive.h"
 
-#include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace velorn {
-
-// The moment of a data set as it stands on the line: the year by its last two digits.
-struct DataSetHead {
-    int day = 0, month = 0, year = 0, quarter = 0;
-};
-
-struct DataSet {
-    DataSetHead head;
-    std::vector<float> values; // track 1 first
-};
-
-// The fields that a frame begins with are taken off its front. Nothing where one of them makes no sense.
-std::optional<DataSet> take_data_set(std::string_view& frame, int tracks);
-
-// A value field: -999 for the controller's "***". Nothing for what is no number.
-std::optional<float> value_of_field(std::string_view field);
-
-// What a controller says of itself before the data.
-struct Initialisation {
-    int tracks = 0; // as many as were taken
-    std::vector<std::string> units, names;
-};
-// At most so many tracks are taken. Nothing where two copies of a field differ.
-std::optional<Initialisation> take_initialisation(std::string_view frame, int most_tracks);
 
 class Download {
   public:

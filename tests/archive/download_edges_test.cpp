@@ -1,9 +1,7 @@
 // The download's dialogue at its edges: phases, frames in the wrong place, settings of a damaged archive,
 // what happens while it waits.
-#include "archive/download.h"
+#include "archive/download_rig.h"
 #include "runtime/text.h"
-#include "support/block_files.h"
-#include "support/test_program.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,39 +10,7 @@ namespace velorn::test {
 
 namespace {
 
-const std::string d4 = "\x1b\x1b"
-                       "D4";
-const std::string d5 = "\x1b\x1b"
-                       "D5";
-const std::string d6 = "\x1b\x1b"
-                       "D6";
-const std::string d7 = "\x1b\x1b"
-                       "D7";
-constexpr const char* path = "c:\\archiv.dat";
-
-struct DownloadEdges : testing::Test {
-    TestProgramOn<BlockFiles> p;
-    FrmGrafick& f = p.program.frmgrafick;
-    Archive& archive = p.program.archive;
-
-    DownloadEdges() { p.start(); }
-    void opens(std::int16_t startjahr = 2026) {
-        ASSERT_TRUE(archive.create(path, startjahr, 30, p.loop.local_time()));
-        archive.close();
-        shows();
-    }
-    void shows() {
-        p.program.telefonbuch[0].viertdatei = path;
-        p.module1.telindex = 0;
-        p.program.archive_window.show();
-        p.loop.pass(500);
-        f.opendathol.Click();
-    }
-    void begins(int mode) {
-        f.optuebertrag.select(mode);
-        f.download.Click();
-        (void)p.sent();
-    }
+struct DownloadEdges : DownloadRig {
     static std::string initialisation(int tracks) {
         const std::string count = (tracks < 10 ? "0" : "") + std::to_string(tracks);
         std::string text = count + count;
@@ -52,13 +18,7 @@ struct DownloadEdges : testing::Test {
         for (int t = 0; t < tracks; ++t) text += "Leistung      Leistung      ";
         return text + d5;
     }
-    void initialised(int mode, int tracks = 1) {
-        begins(mode);
-        p.receive(initialisation(tracks));
-        p.loop.pass(2000);
-        p.receive(d6);
-        (void)p.sent();
-    }
+    void initialised(int mode, int tracks = 1) { DownloadRig::initialised(mode, initialisation(tracks)); }
     static std::string set(const std::string& head, int tracks = 1) {
         std::string text = head;
         for (int t = 0; t < tracks; ++t) text += "    12,5";

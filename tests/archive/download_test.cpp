@@ -1,7 +1,5 @@
-#include "archive/download.h"
+#include "archive/download_rig.h"
 #include "runtime/text.h"
-#include "support/block_files.h"
-#include "support/test_program.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,45 +10,20 @@ namespace {
 
 using ::testing::ElementsAre;
 
-const std::string esc2 = "\x1b\x1b";
-constexpr const char* path = "c:\\archiv.dat";
-
 // Three tracks, initialised; the window is open, and a download has begun over the serial line.
-struct Downloading : testing::Test {
-    TestProgramOn<BlockFiles> p;
-    FrmGrafick& f = p.program.frmgrafick;
-    Archive& archive = p.program.archive;
-
+struct Downloading : DownloadRig {
     Downloading() {
-        p.start();
-        EXPECT_TRUE(archive.create(path, 2026, 30, p.loop.local_time()));
-        archive.close();
-        p.program.telefonbuch[0].viertdatei = path;
         p.program.telefonbuch[0].name = "Gelmar";
-        p.module1.telindex = 0;
-        p.program.archive_window.show();
-        p.loop.pass(500);
-        f.opendathol.Click();
+        opens();
     }
-    void begins(int mode) {
-        f.optuebertrag.select(mode);
-        f.download.Click();
-        (void)p.sent();
-    }
-    void initialised(int mode) {
-        begins(mode);
-        p.receive(initialisation());
-        p.loop.pass(2000);
-        (void)p.sent();
-        p.receive(esc2 + "D6");
-    }
+    void initialised(int mode) { DownloadRig::initialised(mode, initialisation()); }
     static std::string twice(const std::string& field) { return field + field; }
     static std::string initialisation(const std::string& count = "03") {
         std::string text = twice(count);
         for (int t = 1; t <= 3; ++t) text += twice("kW   ");
         for (const char* name : {"Leistung      ", "W\xE4rme         ", "Vorlauf       "})
             text += twice(name);
-        return text + esc2 + "D5";
+        return text + d5;
     }
     static std::string set(const std::string& head, const std::string& first = "    12,5") {
         return head + first + "     ***" + "   -3.25";
@@ -59,35 +32,6 @@ struct Downloading : testing::Test {
 };
 
 } // namespace
-
-// ---- fields ----
-
-TEST(ValueField, isANumberOrTheControllersSignForNone) {
-    EXPECT_EQ(value_of_field("    12,5"), 12.5F);
-    EXPECT_EQ(value_of_field("   -0.25"), -0.25F);
-    EXPECT_EQ(value_of_field(" 1,5E+03"), 1500.0F);
-    EXPECT_EQ(value_of_field("     ***"), -999.0F);
-    for (const char* bad : {"        ", "abc     ", "1,2,3   ", "12 5    ", " 1,0E+99", "--1     "})
-        EXPECT_FALSE(value_of_field(bad)) << bad;
-}
-
-TEST(InitialisationFrame, hasACountOfTwoOrThreeDigits) {
-    const auto frame = [](const std::string& count, int tracks) {
-        std::string text = count + count;
-        for (int t = 0; t < tracks; ++t) text += "kW   kW   ";
-        for (int t = 0; t < tracks; ++t) text += "abcdefghijklmnabcdefghijklmn";
-        return text;
-    };
-    EXPECT_EQ(take_initialisation(frame("60", 60), 150)->tracks, 60);
-    EXPECT_EQ(take_initialisation(frame("100", 100), 150)->tracks, 100);
-    EXPECT_EQ(take_initialisation(frame("060", 60), 150)->tracks, 60);
-    EXPECT_EQ(take_initialisation(frame("60", 60), 30)->tracks, 30);
-    EXPECT_FALSE(take_initialisation("0304", 30));
-    EXPECT_FALSE(take_initialisation("", 30));
-    std::string garbled = frame("02", 2);
-    garbled[7] = 'x';
-    EXPECT_FALSE(take_initialisation(garbled, 30));
-}
 
 // ---- the dialogue ----
 
@@ -143,7 +87,7 @@ TEST_F(Downloading, sendsTheRangeAgainWhenAskedTo) {
     p.receive(initialisation());
     p.loop.pass(1000);
     const std::string range = p.sent().substr(2);
-    p.receive(esc2 + "D7");
+    p.receive(d7);
     p.loop.pass(500);
     EXPECT_EQ(p.sent(), range);
 }
@@ -160,7 +104,7 @@ TEST_F(Downloading, answersWithERWhereCopiesDiffer) {
 
 TEST_F(Downloading, storesAQuarterPacketAndAcknowledgesIt) {
     initialised(1);
-    p.receive(set("15112601") + esc2 + "D5");
+    p.receive(set("15112601") + d5);
     EXPECT_EQ(p.sent(), "OK");
     EXPECT_EQ(stored(15, 1, 1), 12.5F);
     EXPECT_EQ(stored(15, 1, 2), -999.0F);
@@ -171,9 +115,9 @@ TEST_F(Downloading, storesAQuarterPacketAndAcknowledgesIt) {
 
 TEST_F(Downloading, storesNothingOfAFrameThatItDoesNotUnderstand) {
     initialised(1);
-    const std::string good = set("15112601") + esc2 + "D5";
-    for (const std::string& bad : {good.substr(1), ' ' + good, set("15112601", "    abc ") + esc2 + "D5",
-                                   set("1511xx01") + esc2 + "D5"}) {
+    const std::string good = set("15112601") + d5;
+    for (const std::string& bad :
+         {good.substr(1), ' ' + good, set("15112601", "    abc ") + d5, set("1511xx01") + d5}) {
         p.receive(bad);
         p.loop.pass(100);
         EXPECT_EQ(p.sent(), "ER") << bad;
@@ -186,7 +130,7 @@ TEST_F(Downloading, storesNothingOfAFrameThatItDoesNotUnderstand) {
 TEST_F(Downloading, givesNoAnswerToASingleDataSetOutOfRange) {
     initialised(1);
     for (const char* head : {"32112601", "15132601", "15119901", "15112597", "15112600", "15112501"}) {
-        p.receive(set(head) + esc2 + "D5");
+        p.receive(set(head) + d5);
         p.loop.pass(200);
         EXPECT_EQ(p.sent(), "") << head;
     }
@@ -201,7 +145,7 @@ TEST_F(Downloading, skipsDataSetsOutOfRangeInA4hPacket) {
         packet += set((q == 5 ? "001126" : "151126") + quarter);
     }
     ASSERT_EQ(packet.size() + 4, 128U * 3 + 132);
-    p.receive(packet + esc2 + "D5");
+    p.receive(packet + d5);
     EXPECT_EQ(p.sent(), "OK");
     EXPECT_EQ(f.neuwerte, 15);
     EXPECT_EQ(stored(15, 16, 1), 12.5F);
@@ -210,16 +154,16 @@ TEST_F(Downloading, skipsDataSetsOutOfRangeInA4hPacket) {
 
 TEST_F(Downloading, actsOnOneOfTwoFramesInOneChunk) {
     initialised(1);
-    p.receive(set("15112601") + esc2 + "D5" + set("15112602") + esc2 + "D5");
+    p.receive(set("15112601") + d5 + set("15112602") + d5);
     p.loop.pass(100);
     EXPECT_EQ(p.sent(), "ER") << "too long for one";
-    p.receive(set("15112601") + esc2 + "D5");
+    p.receive(set("15112601") + d5);
     EXPECT_EQ(p.sent(), "OK") << "and the rest is gone";
 }
 
 TEST_F(Downloading, takesAFrameThatComesByteByByte) {
     initialised(1);
-    for (const char c : set("15112601") + esc2 + "D5") p.receive({&c, 1});
+    for (const char c : set("15112601") + d5) p.receive({&c, 1});
     EXPECT_EQ(p.sent(), "OK");
     EXPECT_EQ(stored(15, 1, 3), -3.25F);
 }
@@ -237,7 +181,7 @@ TEST_F(Downloading, startsOverWithTheController) {
 
 TEST_F(Downloading, endsWithByte8) {
     initialised(1);
-    p.receive(esc2 + "D4");
+    p.receive(d4);
     EXPECT_EQ(p.sent(), "\x08");
     EXPECT_EQ(f.labstatus.Caption.get(), "Übertragung fertig!"_w);
     EXPECT_FALSE(p.module1.empfgrafick);
@@ -250,7 +194,7 @@ TEST_F(Downloading, endsWithByte8) {
 TEST_F(Downloading, hangsUpAndClosesAtItsEndWhereThatIsTicked) {
     initialised(1);
     f.checkauflegen.Value = true;
-    p.receive(esc2 + "D4");
+    p.receive(d4);
     EXPECT_TRUE(p.frmTerminal.Timer31.Enabled);
     EXPECT_FALSE(f.geladen);
 }
@@ -278,7 +222,7 @@ TEST_F(Downloading, keepsTheChosenModeInTheArchive) {
 
 TEST_F(Downloading, isSavedByClosing) {
     initialised(1);
-    p.receive(set("15112601") + esc2 + "D5");
+    p.receive(set("15112601") + d5);
     f.schliessen.Click();
     EXPECT_FALSE(f.geladen);
     EXPECT_FALSE(p.module1.empfgrafick);
@@ -289,7 +233,7 @@ TEST_F(Downloading, isSavedByClosing) {
 
 TEST_F(Downloading, isLostByClosingWithoutSaving) {
     initialised(1);
-    p.receive(set("15112601") + esc2 + "D5");
+    p.receive(set("15112601") + d5);
     p.dialogs.expect("Aktueller Zustand wird nicht gespeichert!!", 49, Answer::cancel);
     f.schliessen2.Click();
     EXPECT_TRUE(f.geladen);
@@ -303,7 +247,7 @@ TEST_F(Downloading, isLostByClosingWithoutSaving) {
 
 TEST_F(Downloading, isTakenOverAfterACrash) {
     initialised(1);
-    p.receive(set("15112601") + esc2 + "D5");
+    p.receive(set("15112601") + d5);
     TestProgramOn<BlockFiles> next;
     for (const std::string& name : p.files.names()) {
         if (!name.ends_with(".sperre")) next.files.set_content(name, p.files.content(name));
