@@ -1,5 +1,5 @@
-// The 64-bit checksum XXH3 of a whole or of a stream of bytes. It tells a torn or garbled file from a good one,
-// with one mistake in 2^64, and is no protection against intent.
+// The 64-bit checksum XXH3 of a whole or of a stream of bytes. It tells a torn or garbled file from a good
+// one, with one mistake in 2^64, and is no protection against intent.
 #pragma once
 
 #include <cstdint>
