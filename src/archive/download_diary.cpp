@@ -88,25 +88,30 @@ Result<std::int64_t> read_records(BinaryFile& file, const Archive& archive, Each
 
 } // namespace
 
-Outcome DownloadDiary::begin(const Archive& archive) {
-    leave();
+Outcome DownloadDiary::begin(const Archive& archive, bool certain) {
+    file_.reset();
+    const std::string path = diary_path(archive.path());
+    if (path != path_) path_.clear();
     if (!archive.is_open() || archive.shared()) return {};
-    path_ = diary_path(archive.path());
-    end_ = 0;
-    Result<std::unique_ptr<BinaryFile>> file = files_.open(path_, OpenMode::read_write);
+    if (path == unread_) return failure(RunTimeError::device_io);
+    Result<std::unique_ptr<BinaryFile>> file = files_.open(path, OpenMode::read_write);
     if (!file) return file.failure();
     const Result<std::int64_t> end = read_records(**file, archive, [](const Record&) {});
     if (!end) return end.failure();
-    if (*end == 0) {
+    end_ = *end;
+    if (end_ == 0) {
+        const Result<std::int64_t> length = (*file)->length();
+        if (!length) return length.failure();
+        if (*length > 0 && !certain) return failure(RunTimeError::path_file_access);
         // Emptied first, so that nothing of a foreign one is left behind.
-        file = files_.open(path_, OpenMode::create);
+        file = files_.open(path, OpenMode::create);
         if (!file) return file.failure();
+        path_ = path;
         const std::string head = head_of(archive);
         if (const Outcome written = (*file)->write(1, head); !written) return written;
         end_ = static_cast<std::int64_t>(head.size());
-    } else {
-        end_ = *end;
     }
+    path_ = path;
     file_ = std::move(file).value();
     return {};
 }
@@ -130,6 +135,8 @@ Outcome DownloadDiary::drop() {
     return files_.remove(path_);
 }
 
+void DownloadDiary::drop_beside(std::string_view path) { (void)files_.remove(diary_path(path)); }
+
 void DownloadDiary::leave() {
     file_.reset();
     path_.clear();
@@ -137,17 +144,25 @@ void DownloadDiary::leave() {
 
 int DownloadDiary::take_over(Archive& archive) {
     leave();
+    unread_.clear();
     if (!archive.is_open() || archive.shared()) return 0;
-    path_ = diary_path(archive.path());
-    const Result<std::unique_ptr<BinaryFile>> file = files_.open(path_, OpenMode::read);
-    if (!file) return 0;
+    const std::string path = diary_path(archive.path());
+    const Result<std::unique_ptr<BinaryFile>> file = files_.open(path, OpenMode::read);
+    if (!file) {
+        if (!file.failure().is(RunTimeError::file_not_found)) unread_ = path;
+        return 0;
+    }
     int taken = 0;
-    (void)read_records(**file, archive, [&](const Record& record) {
+    const Result<std::int64_t> end = read_records(**file, archive, [&](const Record& record) {
         for (std::size_t i = 0; i < record.values.size(); ++i)
             archive.set_daten(record.y, record.m, record.d, record.q, static_cast<int>(i) + 1,
                               record.values[i]);
         ++taken;
     });
+    if (!end)
+        unread_ = path; // the next save must not take with it what nobody has seen
+    else if (*end > 0)
+        path_ = path;
     return taken;
 }
 

@@ -19,6 +19,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace velorn {
 
@@ -28,9 +29,11 @@ class DownloadDiary {
 
     // A diary is one program's: where the archive is shared, begin and take_over do nothing.
 
-    // Goes on behind the data sets that an earlier download of this archive has left; anything else that lies
-    // there is overwritten.
-    Outcome begin(const Archive& archive);
+    // Goes on behind the data sets that an earlier download of this archive has left. Anything else that lies
+    // there is overwritten, unless the archive itself wasn't read as a whole (`certain`): it may be the one
+    // that the diary belongs to. Nor is there a diary where the last taking over couldn't read what lies
+    // there.
+    Outcome begin(const Archive& archive, bool certain = true);
 
     // The values of tracks 1, 2, ... of a quarter-hour, within the ranges of the archive. Nothing happens,
     // and nothing fails, where no diary was begun.
@@ -39,16 +42,21 @@ class DownloadDiary {
     // Deletes the diary that was begun or taken over: the archive is saved, or is not to be.
     Outcome drop();
 
+    // Deletes that of an archive whose place a new one has taken.
+    void drop_beside(std::string_view path);
+
     // Leaves it lying for the next opening of its archive.
     void leave();
 
     // Puts the data sets that a diary beside this archive holds into it and gives their number. The diary
-    // stays until drop(), which is due when the next save has succeeded.
+    // stays until drop(), which is due when the next save has succeeded; one that couldn't be read to its end
+    // stays for the next opening.
     int take_over(Archive& archive);
 
   private:
     Files& files_;
-    std::string path_;
+    std::string path_;   // of the diary that was begun or taken over
+    std::string unread_; // of one that couldn't be read
     std::unique_ptr<BinaryFile> file_;
     std::int64_t end_ = 0; // bytes
 };

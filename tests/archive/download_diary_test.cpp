@@ -115,6 +115,56 @@ TEST_F(Diary, oneOfAnotherArchiveIsNotTakenAndGoneAtTheNextDownload) {
     EXPECT_EQ(taken_over(2), 2);
 }
 
+TEST_F(Diary, oneOfAnotherArchiveStaysWhereThisOneWasNotReadAsAWhole) {
+    download(disk, 5);
+    const std::string before = test::whole(disk, diary_path);
+    Archive archive(disk);
+    DownloadDiary diary(disk);
+    ASSERT_TRUE(archive.open(archive_path));
+    archive.startjahr = Variant(); // as a damaged load leaves it
+    EXPECT_FALSE(diary.begin(archive, false));
+    EXPECT_TRUE(diary.add(2, 4, 5, 6, std::array<float, 1>{1.0F}));
+    EXPECT_TRUE(diary.drop());
+    archive.close();
+    EXPECT_EQ(test::whole(disk, diary_path), before);
+    EXPECT_EQ(taken_over(5), 5);
+}
+
+TEST_F(Diary, oneThatCouldNotBeReadOutlivesTheNextSave) {
+    download(disk, 5);
+    int opening = 0, taking = 0;
+    {
+        FaultyFiles files(disk);
+        Archive archive(files);
+        DownloadDiary diary(files);
+        ASSERT_TRUE(archive.open(archive_path));
+        opening = static_cast<int>(files.operations().size());
+        diary.take_over(archive);
+        taking = static_cast<int>(files.operations().size());
+    }
+    for (int n = opening + 1; n <= taking; ++n) {
+        FaultyFiles files(disk);
+        Archive archive(files);
+        DownloadDiary diary(files);
+        ASSERT_TRUE(archive.open(archive_path));
+        files.fail_at(n);
+        diary.take_over(archive);
+        files.mend();
+        const bool seen = archive.daten(2, 4, 5, 5, 2) == 5.0F;
+        (void)diary.begin(archive);
+        EXPECT_TRUE(archive.save());
+        EXPECT_TRUE(diary.drop());
+        archive.close();
+        EXPECT_TRUE(seen || disk.exists(diary_path)) << n;
+        make_sparse_archive(disk, 30, 2);
+        if (!seen) {
+            EXPECT_EQ(taken_over(5), 5) << n;
+        }
+        (void)disk.remove(diary_path);
+        download(disk, 5);
+    }
+}
+
 TEST_F(Diary, anythingElseUnderItsNameIsNotTaken) {
     for (const std::string& bytes : {std::string(), std::string("VLNTAGEB"), std::string(100000, 'x')}) {
         disk.set_content(diary_path, {});
