@@ -47,6 +47,8 @@ class SettingsFiles {
 
     // Writes the three files, all fields. A failure is shown in a box with code 48.
     void saveeinst();
+    // The same where nobody is there to answer a box.
+    Outcome save_without_a_box() { return save(); }
 
     std::string einst_path() const { return apppfad_ + "\\einst.par"; }
     std::string datpfad_path() const { return apppfad_ + "\\datpfad.par"; }

@@ -78,7 +78,8 @@ Dialling::Dialling(const EventLoop& loop, Dialogs& dialogs, Events& events, cons
     events.direct_attempt_over.connect([this] { frmtelefon_.Timer4.Enabled = false; });
 }
 
-const PhoneEntry& Dialling::entry() const { return book_[module1_.telindex]; }
+// What is selected while an attempt goes on is another matter: its line leads to the one that was called.
+const PhoneEntry& Dialling::entry() const { return book_[called_ < 0 ? module1_.telindex : called_]; }
 
 void Dialling::work_out_istip() { module1_.istip = is_address(entry().nummer.text()); }
 
@@ -91,6 +92,7 @@ void Dialling::Command1_Click() {
         dialogs_.message_box(error_text(RunTimeError::subscript_out_of_range), 48);
         return;
     }
+    called_ = module1_.telindex;
     work_out_istip();
     if (over_gateway(module1_)) {
         module1_.modem2versucht = false;

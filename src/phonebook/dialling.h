@@ -80,6 +80,7 @@ class Dialling {
     TcpLink& tcp_link_;
     ProtocolFile& protocol_file_;
     PhonebookWindow& window_;
+    std::int16_t called_ = -1;  // the entry that was selected when the present attempt began
     bool login_wanted_ = false; // the present direct attempt goes to the port that asks for a login
 };
 

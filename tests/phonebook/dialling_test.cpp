@@ -588,6 +588,18 @@ TEST(DialledThroughTheGateway, dialsNothingOnceAnotherAttemptHasBegun) {
     EXPECT_FALSE(p.frmTerminal.Timer24.Enabled);
 }
 
+TEST(DialledThroughTheGateway, dialsTheSiteThatWasSelectedWhenItBegan) {
+    OverGateway p;
+    p.program.telefonbuch[4].name = "Nachbar";
+    p.program.telefonbuch[4].nummer = "0555 99";
+    p.dials();
+    p.module1.telindex = 4;
+    p.answers();
+    p.loop.pass(5000);
+    EXPECT_THAT(p.tcp.take_written(), HasSubstr("atd0555 77\r"));
+    EXPECT_EQ(p.module1.projektname, "Gelmar");
+}
+
 TEST(DialledThroughTheGateway, needsItsAddress) {
     TestProgram p;
     p.program.world.gateway.address.clear();
