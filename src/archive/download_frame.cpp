@@ -67,15 +67,16 @@ std::optional<DataSet> take_data_set(std::string_view& frame, int tracks) {
 
 std::optional<Initialisation> take_initialisation(std::string_view frame, int most_tracks) {
     const std::size_t width = frame.size() >= 6 && frame.substr(0, 3) == frame.substr(3, 3) ? 3 : 2;
-    const auto first = take_number(frame, width);
-    const auto second = take_number(frame, width);
-    if (!first || !second || *first != *second) return std::nullopt;
+    const auto copies = take_twice(frame, width);
+    std::string_view digits = copies ? std::string_view(*copies) : std::string_view();
+    const auto count = take_number(digits, width);
+    if (!count) return std::nullopt;
     Initialisation all;
-    all.tracks = std::clamp(*first, 0, most_tracks);
+    all.tracks = std::clamp(*count, 0, most_tracks);
     // The fields of the tracks that have no place here stand between the units and the names.
     for (const auto& [width_of_field, fields] :
          {std::pair{unit_width, &all.units}, std::pair{name_width, &all.names}}) {
-        for (int track = 1; track <= *first; ++track) {
+        for (int track = 1; track <= *count; ++track) {
             auto field = take_twice(frame, width_of_field);
             if (!field) return std::nullopt;
             if (track <= all.tracks) fields->push_back(std::move(*field));

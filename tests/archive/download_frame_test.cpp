@@ -25,6 +25,7 @@ TEST(InitialisationFrame, hasACountOfTwoOrThreeDigits) {
     EXPECT_EQ(take_initialisation(frame("060", 60), 150)->tracks, 60);
     EXPECT_EQ(take_initialisation(frame("60", 60), 30)->tracks, 30);
     EXPECT_FALSE(take_initialisation("0304", 30));
+    EXPECT_FALSE(take_initialisation(" 1" + frame("01", 1).substr(2), 30)) << "the same number, another text";
     EXPECT_FALSE(take_initialisation("", 30));
     std::string garbled = frame("02", 2);
     garbled[7] = 'x';
