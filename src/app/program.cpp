@@ -64,6 +64,7 @@ Program::Program(World given)
     archive_window.archive_there.connect([this] { evaluation.archive_opened(); });
     archive_window.archive_gone.connect([this] { evaluation.archive_closed(); });
     evaluation.events.archive_lost.connect([this] { archive_window.tell_of_lost_file(); });
+    download.tracks_told.connect([this] { evaluation.neuzeichnen(); });
     download.panel_closed.connect([this] { evaluation.neuzeichnen(); });
     events.weiterholen.connect([this] { collection.weiterholen(); });
     frmTerminal.tbrToolBar("grafick").Click = [this] {

@@ -35,7 +35,14 @@ ArchiveWindow::ArchiveWindow(EventLoop& loop, Files& files, Dialogs& dialogs, Mo
       diary_(diary),
       download_(download),
       log_(log) {
-    frmgrafick_.Timer3.Tick = [this] { Timer3_Tick(); };
+    // Not within the tick: a box that somebody leaves open there would keep the timer from opening the
+    // archives of an unattended run.
+    frmgrafick_.Timer3.Tick = [this] {
+        frmgrafick_.Timer3.Enabled = false;
+        loop_.post([this, opening = frmgrafick_.opening] {
+            if (frmgrafick_.still_open(opening)) open_archive();
+        });
+    };
     frmgrafick_.schliessen.Click = [this] { (void)close(Closing::saving); };
     frmgrafick_.schliessen2.Click = [this] { schliessen2_Click(); };
     frmgrafick_.neupfad.Click = [this] { neupfad_Click(); };
@@ -75,13 +82,10 @@ void ArchiveWindow::Form_Load() {
 
 // The controller's own name for the site comes padded with blanks.
 std::string ArchiveWindow::projekt() const {
-    std::string name = module1_.autoholen && module1_.telindex >= 0 ? book_[module1_.telindex].name.text()
-                                                                    : module1_.projektname;
+    std::string name = module1_.autoholen && site_ >= 0 ? book_[site_].name.text() : module1_.projektname;
     name.erase(name.find_last_not_of(' ') + 1);
     return name;
 }
-
-std::string ArchiveWindow::number_of_site() const { return std::to_string(module1_.telindex); }
 
 void ArchiveWindow::show_caption() {
     frmgrafick_.form.Caption = "1/4h-Daten Auswertung  <" + projekt() + ">";
@@ -104,9 +108,9 @@ std::int64_t ArchiveWindow::length_of(const std::string& path) {
 
 // ---- opening ----
 
-void ArchiveWindow::Timer3_Tick() {
-    frmgrafick_.Timer3.Enabled = false;
+void ArchiveWindow::open_archive() {
     const int opening = frmgrafick_.opening;
+    site_ = module1_.telindex;
     frmgrafick_.archivgeladen = false;
     show_caption();
     if (module1_.telindex < 0) {
@@ -162,15 +166,15 @@ bool ArchiveWindow::load(const std::string& path, int opening) {
     frmgrafick_.busy = false;
     if (!opened) {
         box(opened.failure().text, 48);
-        return !loop_.ended() && frmgrafick_.still_open(opening);
+        if (loop_.ended() || !frmgrafick_.still_open(opening)) return false;
     }
-    frmgrafick_.archivgeladen = true;
+    frmgrafick_.archivgeladen = opened.ok();
     if (archive_.shared()) {
         box("Die Datenarchivierungsdatei ist noch in einem anderen Programm geöffnet. Wer zuletzt schließt, überschreibt die Daten des anderen!"_w,
             48);
         if (loop_.ended() || !frmgrafick_.still_open(opening)) return false;
     }
-    take_over_diary();
+    if (opened) take_over_diary();
     return true;
 }
 
@@ -206,6 +210,7 @@ bool ArchiveWindow::create(int opening) {
     }
     entry().viertdatei = wanted->path;
     phonebook_files_.save_telefonbuch();
+    const bool replaces = files_.exists(wanted->path);
     frmgrafick_.busy = true;
     const Outcome created =
         archive_.create(wanted->path, wanted->startjahr, wanted->tracks, loop_.local_time());
@@ -215,6 +220,7 @@ bool ArchiveWindow::create(int opening) {
         if (!gone()) (void)close(Closing::discarding);
         return false;
     }
+    if (replaces && !archive_.shared()) diary_.drop_beside(wanted->path);
     archive_.close();
     return true;
 }
@@ -362,6 +368,10 @@ void ArchiveWindow::collect_site(int opening) {
         start.add_day();
     else
         start.normalise();
+    // Behind the archive's last day there is none.
+    const Result<std::int16_t> first_year = archive_.startjahr.as_i16();
+    if (const int last = (first_year ? *first_year : 0) + archive_layout::years - 1; start.holjahr > last)
+        start = {31, 12, last, 0, 0};
     download_.set_start({start.holtag, start.holmonat, start.holjahr});
     const DateTime today = loop_.local_time();
     CollectionStart stop{today.day, today.month, today.year, 0, 0};

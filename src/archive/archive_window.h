@@ -44,6 +44,10 @@ class ArchiveWindow {
     // False: it stays open, since its archive could not be saved. A window that isn't loaded stays as it is.
     bool close(Closing way);
 
+    // The phone book's index of the site whose archive was opened last, -1 before the first. What is selected
+    // there may have changed since.
+    std::int16_t site() const { return site_; }
+
     // Tells once that the archive was cut or taken away while it was open, if it was.
     void tell_of_lost_file();
 
@@ -55,7 +59,7 @@ class ArchiveWindow {
     static constexpr int seconds_of_a_box = 60;              // in an unattended run it then answers itself
 
   private:
-    void Timer3_Tick();
+    void open_archive();
     bool load(const std::string& path, int opening);
     void take_over_diary();
     bool create(int opening);
@@ -70,7 +74,7 @@ class ArchiveWindow {
     Answer box(std::string_view text, int code);
     void show_caption();
     std::string projekt() const;
-    std::string number_of_site() const;
+    std::string number_of_site() const { return std::to_string(site_); }
     PhoneEntry& entry() { return book_[module1_.telindex]; }
     std::int64_t length_of(const std::string& path);
 
@@ -88,6 +92,7 @@ class ArchiveWindow {
     DownloadDiary& diary_;
     Download& download_;
     CollectionLog& log_;
+    std::int16_t site_ = -1;     // whose archive was opened last
     bool site_in_work_ = false;  // of an unattended run, since its archive was loaded
     bool site_complete_ = false; // its download went to its end
 };

@@ -53,6 +53,12 @@ void Collection::lock_panel() {
         button->Enabled = false;
 }
 
+// A box would stop the run until morning.
+void Collection::save_settings() {
+    if (const Outcome saved = settings_files_.save_without_a_box(); !saved)
+        log_.tell(' ' + saved.failure().text);
+}
+
 void Collection::comstart_Click() {
     if (!number_of(frmtelefon_.txtstartnr.Text.get()) || !number_of(frmtelefon_.txtstopnr.Text.get())) {
         dialogs_.message_box(error_text(RunTimeError::type_mismatch), 48);
@@ -67,7 +73,7 @@ void Collection::comstart_Click() {
     encode(Variant("Manueller Start " + name), first);
     first += "\r\n";
     // A folder that isn't there: the run has no log.
-    const auto log = files_.open(path, OpenMode::create);
+    const auto log = files_.open(path, OpenMode::read_write);
     module1_.autolog = log && (*log)->write(1, first).ok();
     settings_.autoholpfad = module1_.autolog ? path : std::string();
     settings_files_.saveeinst();
@@ -92,7 +98,7 @@ void Collection::weiterholen() {
     module1_.autolog = path.size() >= shortest_log_path && files_.exists(path);
     log_.to_log("\r\nAutomatischer Start " + format(loop_.local_time(), name_pattern) + "_Nr" +
                 format(static_cast<double>(aktnr_), "0000") + "\r\n");
-    settings_files_.saveeinst();
+    save_settings();
     zustand_ = Zustand::waiting;
     log_.tally = {};
     frmtelefon_.Timer2.Enabled = true;
@@ -154,7 +160,7 @@ bool Collection::next_site() {
         if (book_[aktnr_].autoflag != Telefonbuch::collected || aktnr_ < holstart_ || aktnr_ > holstop_)
             continue;
         settings_.autoholnr = aktnr_;
-        settings_files_.saveeinst();
+        save_settings();
         // A window that a person left open: nobody is there to answer its boxes either.
         module1_.autoholen = true;
         (void)archive_window_.close(ArchiveWindow::Closing::saving);
@@ -182,6 +188,8 @@ void Collection::dial() {
     if (anwahlstufe_ < 2) {
         anwahlstufe_ = 2;
         log_.tell(" Anwahl:  ");
+        // Somebody may have selected another one meanwhile; its values don't belong into this archive.
+        module1_.telindex = archive_window_.site();
         dialling_.Command1_Click();
     }
     if (!module1_.autoverbindung) anwahlstufe_ = 3;
@@ -199,7 +207,7 @@ void Collection::finish() {
     module1_.autolog = false;
     settings_.autoholpfad = "";
     settings_.autoholnr = std::int16_t{0};
-    settings_files_.saveeinst();
+    save_settings();
     phonebook_window_.close(PhonebookWindow::Closing::plain);
 }
 

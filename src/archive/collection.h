@@ -50,6 +50,7 @@ class Collection {
     void dial();
     void banner(const std::string& what);
     void lock_panel();
+    void save_settings();
 
     EventLoop& loop_;
     Files& files_;

@@ -5,6 +5,7 @@
 #include "runtime/text.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -162,7 +163,8 @@ void Download::download_Click() {
     frmgrafick_.txtempf.Visible = true;
     frmgrafick_.dlphase = initialising;
     frmgrafick_.neuwerte = 0;
-    (void)diary_.begin(archive_); // without it a crash loses what comes now, no more
+    // Without it a crash loses what comes now, no more.
+    (void)diary_.begin(archive_, frmgrafick_.archivgeladen);
     output_.sendetext(attention);
     if (!wait_steps(steps_of_attention)) return;
     if (frmtelefon_.viertelcheck.Value) frmgrafick_.dlmodus = quarter_packets;
@@ -183,7 +185,7 @@ void Download::fetch_newest() {
     frmgrafick_.txtempf.Visible = true;
     frmgrafick_.dlphase = receiving;
     frmgrafick_.neuwerte = 0;
-    (void)diary_.begin(archive_);
+    (void)diary_.begin(archive_, frmgrafick_.archivgeladen);
     output_.sendetext(attention);
     if (!wait_steps(steps_before_newest)) return;
     output_.sendetext("DUE5\r");
@@ -329,6 +331,7 @@ void Download::Timer5_Tick() {
     } else if (frmgrafick_.dlzaehler < 3) {
         frmgrafick_.labstatus.Caption = "sende Zeitraum";
         send_range();
+        tracks_told();
         frmgrafick_.Timer5.Enabled = false;
     }
 }
@@ -361,7 +364,7 @@ void Download::complete() {
 
 void Download::Timer4_Tick() {
     ++frmgrafick_.stillsek;
-    ++frmgrafick_.dlsek;
+    if (frmgrafick_.dlsek < std::numeric_limits<std::int16_t>::max()) ++frmgrafick_.dlsek;
     if (module1_.autoholen) {
         frmgrafick_.Label33.Caption =
             std::to_string(frmgrafick_.dlsek) + "  Timeout " + std::to_string(frmgrafick_.stillsek) + 's';
@@ -388,7 +391,8 @@ void Download::show_progress(const DataSetHead& head) {
     frmgrafick_.fortschritt.Value = static_cast<int>(100 * share);
     if (frmgrafick_.dlsek < 1 || share <= 0) return;
     const double rate = static_cast<double>(frmgrafick_.neuwerte) / frmgrafick_.dlsek;
-    const int left = static_cast<int>(frmgrafick_.dlsek * (1 - share) / share);
+    constexpr double longest = 100 * 3600.0; // a first value may come after hours
+    const int left = static_cast<int>(std::min(frmgrafick_.dlsek * (1 - share) / share, longest));
     frmgrafick_.fortschritt.Text = format(100 * share, "0") + " %   " + format(rate, "0.0") +
                                    " 1/4h-Daten/s   noch " + std::to_string(left / 60) + ':' +
                                    two_digits(left % 60) + " min";

@@ -47,6 +47,7 @@ class Download {
     Event<> finished;     // D4
     Event<> timed_out;    // silence
     Event<> panel_closed; // what was fetched may be looked at
+    Event<> tracks_told;  // names and units of the tracks are those of the controller now
     // An error of the archive's file while values were stored, each time that it is met.
     Event<> archive_failed;
 

@@ -47,7 +47,8 @@ struct FrmGrafick {
     // ---- download ----
     Button opendathol;
     Form picdownload; // its panel
-    ComboBox cbodatstart, cbomonstart, cbojahrstart, cbodatstop, cbomonstop, cbojahrstop;
+    ComboBox cbodatstart, cbomonstart, cbodatstop, cbomonstop;
+    ComboBox cbojahrstart{true}, cbojahrstop{true}; // the present year may lie behind the archive's
     OptionGroup optuebertrag{{"4h Pakete", "1/4h Pakete"}};
     Button download, closedathol;
     CheckBox checkauflegen;

@@ -132,6 +132,18 @@ TEST_F(CollectionRun, aFolderThatIsMissingMeansNoLog) {
     EXPECT_FALSE(disk.exists(log_path));
 }
 
+TEST_F(CollectionRun, aSecondStartInTheSameMinuteGoesOnInTheSameLog) {
+    for (int start = 0; start < 2; ++start) {
+        sets_up();
+        window.comstart.Click();
+        p.loop.pass(3000);
+    }
+    const std::string told = log();
+    const std::size_t first = told.find(" Ende automatische Datenabholung  ");
+    ASSERT_NE(first, std::string::npos);
+    EXPECT_NE(told.find(" Ende automatische Datenabholung  ", first + 1), std::string::npos);
+}
+
 // ---- its start ----
 
 TEST_F(CollectionRun, theStateIsShownAndMovesWithTheClock) {
@@ -231,6 +243,23 @@ TEST_F(CollectionRun, aNewestDayThatNoCalendarHasBecomesTheNextMonth) {
     EXPECT_EQ(f.cbomonstart.Text(), "12");
 }
 
+// A new day has no place behind the archive's ten years: its last one is asked for, and whatever it gives.
+TEST_F(CollectionRun, anArchiveWhoseYearsAreOverIsAskedForItsLastDay) {
+    takes_part(on_tcp);
+    Archive archive(disk);
+    ASSERT_TRUE(archive.create(archive_of(on_tcp), 2010, 30, p.loop.local_time()));
+    for (const int q : {1, 96}) archive.set_daten(9, 12, 31, q, 1, 1.0F);
+    ASSERT_TRUE(archive.save());
+    archive.close();
+    starts();
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(p.tcp.take_written(), HasSubstr("3131121220192019"
+                                                "1515111120262026"));
+    EXPECT_THAT(p.terminal(), HasSubstr(" ABBRUCH (Timeout)"));
+    ASSERT_TRUE(archive.open(archive_of(on_tcp)));
+    EXPECT_NE(archive.daten(9, 12, 31, 50, 1), -997.0F);
+}
+
 // ---- sites that fail ----
 
 TEST_F(CollectionRun, nobodyIsWaitedForLongerThan300Seconds) {
@@ -326,7 +355,48 @@ TEST_F(CollectionRun, anArchiveLostBeforeTheConnectionIsNotDownloadedInto) {
     EXPECT_FALSE(disk.exists(archive_of(on_tcp)));
 }
 
+TEST_F(CollectionRun, aDiskWithoutRoomForTheSettingsStopsNothing) {
+    takes_part(on_tcp);
+    starts();
+    p.files.full_for = "lan.par";
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(p.terminal(), HasSubstr(" FERTIG! 45 neue 1/4h-Daten "));
+    EXPECT_THAT(log(), HasSubstr(" Festplatte voll\r\n"));
+}
+
 // ---- a person who was there before ----
+
+TEST_F(CollectionRun, aBoxThatAPersonLeftOpenDoesNotStopTheRun) {
+    takes_part(on_tcp);
+    sets_up();
+    window.comuhrplus.Click();
+    window.comstart.Click();
+    p.module1.telindex = static_cast<std::int16_t>(on_tcp_too) + 1; // it has no archive
+    p.dialogs.expect("bisher keine Datenarchivierungsdatei", 48, Answer::ok, {}, 2 * 3'600'000);
+    p.program.archive_window.show();
+    p.loop.pass(500); // the box stays open till the early morning
+    EXPECT_THAT(log(), HasSubstr(" FERTIG! "));
+    EXPECT_THAT(log(), HasSubstr(" Ende automatische Datenabholung  "));
+}
+
+TEST_F(CollectionRun, aSelectionInTheMeantimeChangesNeitherTheSiteNorItsNumber) {
+    takes_part(on_tcp);
+    starts();
+    const auto select_another = [this] {
+        EXPECT_TRUE(p.module1.autoholen && !p.module1.dateiladen);
+        p.module1.telindex = static_cast<std::int16_t>(on_tcp_too) + 1;
+    };
+    for (const int ms : {1500, 2500}) p.loop.post_at(p.loop.now_ms() + ms, select_another);
+    std::string called;
+    p.tcp.on_connect = [this, &called, connect = p.tcp.on_connect] {
+        called = p.tcp.host;
+        connect();
+    };
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(called, plant.sites.directory().sites()[on_tcp].address);
+    EXPECT_THAT(log(), HasSubstr(" FERTIG! 45 neue 1/4h-Daten   3\r\n"));
+    p.tcp.on_connect = nullptr;
+}
 
 TEST_F(CollectionRun, aWindowThatAPersonLeftOpenDoesNotStopTheRun) {
     takes_part(on_tcp);

@@ -274,6 +274,37 @@ TEST_F(Trouble, aSecondProgramLeavesTheFirstOnesDiaryAlone) {
     EXPECT_EQ(archive.daten(0, 11, 15, 5, 1), 3.0F);
 }
 
+TEST_F(Trouble, aNewArchiveInThePlaceOfAnotherTakesNothingOfItsDiary) {
+    has_an_archive();
+    {
+        Archive old(disk);
+        DownloadDiary theirs(disk);
+        ASSERT_TRUE(old.open(path));
+        ASSERT_TRUE(theirs.begin(old));
+        ASSERT_TRUE(theirs.add(0, 11, 15, 5, std::array<float, 1>{3.0F}));
+    }
+    p.program.telefonbuch[0].viertdatei = "";
+    p.dialogs.expect("bisher keine Datenarchivierungsdatei", 48, Answer::ok);
+    p.dialogs.expect_file("Datenarchivierungsdatei anlegen", std::string(path));
+    p.dialogs.expect("Bestehende Datei ersetzen - ", 36, Answer::yes);
+    p.dialogs.expect_input("Startjahr", "2026");
+    p.dialogs.expect_input("Anzahl der Datenspuren", "30");
+    opens();
+    EXPECT_EQ(archive.daten(0, 11, 15, 5, 1), -997.0F);
+    EXPECT_FALSE(disk.exists(diary));
+}
+
+TEST_F(Trouble, aSecondProgramIsToldOfADamagedArchiveToo) {
+    has_an_archive();
+    disk.set_bytes(path, 50'036'480 + 1169, "\x63");
+    const auto lock = disk.lock(path);
+    p.dialogs.expect(std::string("Typen unverträglich"_w), 48, Answer::ok);
+    p.dialogs.expect("noch in einem anderen Programm", 48, Answer::ok);
+    p.dialogs.expect(use_it, 36, Answer::no);
+    opens();
+    EXPECT_FALSE(f.archivgeladen);
+}
+
 // ---- choosing a file ----
 
 TEST_F(Trouble, anEmptyNameIsAskedForAgainAndTheBoxesProposeWhatIsUsual) {

@@ -135,6 +135,20 @@ TEST_F(DownloadEdges, aSpoiltInitialisationLeavesTheTracksAsTheyWere) {
     EXPECT_EQ(archive.spurnamen[1].text(), "----------------");
 }
 
+TEST_F(DownloadEdges, theListShowsTheControllersTracksOnceTheRangeGoesOut) {
+    opens();
+    RecorderCanvas canvas;
+    p.program.evaluation.controls.Picture1.canvas = &canvas;
+    begins(1);
+    p.receive(initialisation(2));
+    p.loop.pass(900);
+    const auto& row = p.program.evaluation.controls.txkanal[2].Caption;
+    EXPECT_EQ(row.get().find("Leistung"), std::string::npos);
+    p.loop.pass(200);
+    EXPECT_NE(row.get().find("Leistung"), std::string::npos) << row.get();
+    p.program.evaluation.controls.Picture1.canvas = nullptr;
+}
+
 // ---- frame ends ----
 
 TEST_F(DownloadEdges, theFirstOfTheOrderDecidesAndOnlyOneCaseActs) {
