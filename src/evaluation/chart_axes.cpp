@@ -96,10 +96,10 @@ void draw_week_axis(ChartSurface& surface, const std::vector<CalendarDay>& days,
             continue;
         }
         solid(surface, x);
-        const int day = slot / 12 - 1;
+        // Behind the archive's end its last day comes again, and is the same day of the week.
+        const CalendarDay& day = days[static_cast<std::size_t>(slot / 12 - 1)];
         label(surface, x - 50, label_row,
-              std::string(weekday_name(wochentag + day)) + "  " +
-                  std::to_string(days[static_cast<std::size_t>(day)].tag) + '.');
+              std::string(weekday_name(weekday_of(day))) + "  " + std::to_string(day.tag) + '.');
     }
     label(surface, 150, title_row,
           std::string(quarters ? "Wochengang (1/4h-Werte)  ab  " : "Wochengang (2h-Werte)  ab  ") +
@@ -155,6 +155,7 @@ void draw_y_grid(ChartSurface& surface, const AxisValues& axes, int plotbreite) 
     if (std::isfinite(steps) && steps <= most_steps) {
         for (int i = 1; i <= steps; ++i) {
             const double at_left = axes.ylimax - axes.ylischritt * i;
+            if (!std::isfinite(at_left)) break;
             const double at_right = axes.yremax - axes.yreschritt * i;
             const int row = nearest(plothoehe * ((axes.ylimin - at_left) / (axes.ylimin - axes.ylimax)));
             if (row > -1 && row < plothoehe + 1)

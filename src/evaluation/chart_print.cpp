@@ -35,11 +35,12 @@ int place_of(double number, std::span<const Place> places, int widest) {
 
 } // namespace
 
-ChartPrint::ChartPrint(Printer& printer, const Module1& module1, EvaluationControls& controls,
-                       EvaluationEvents& events, Archive& archive, ChartSurface& surface,
-                       const TimeCurves& curves)
+ChartPrint::ChartPrint(Printer& printer, const Module1& module1, const FrmGrafick& frmgrafick,
+                       EvaluationControls& controls, EvaluationEvents& events, Archive& archive,
+                       ChartSurface& surface, const TimeCurves& curves)
     : printer_(printer),
       module1_(module1),
+      frmgrafick_(frmgrafick),
       controls_(controls),
       events_(events),
       archive_(archive),
@@ -49,17 +50,19 @@ ChartPrint::ChartPrint(Printer& printer, const Module1& module1, EvaluationContr
 }
 
 void ChartPrint::plott_Click() {
-    (void)printer_.print_page("1/4h-Daten-Auswertung", [this](Canvas& page) {
-        if (!archive_.is_open()) return; // closed behind the dialog
+    const int opening = frmgrafick_.opening;
+    const auto there = [this, opening] { return frmgrafick_.still_open(opening) && archive_.is_open(); };
+    (void)printer_.print_page("1/4h-Daten-Auswertung", [this, &there](Canvas& page) {
+        if (!there()) return;
         controls_.druckmodus = true;
         surface_.draw_on(&page, true);
         events_.neuzeichnen();
         write(80, 590, module1_.projektname + "1/4h-Daten-Auswertung:   ", 11);
         legend();
         controls_.druckmodus = false;
+        surface_.draw_on(nullptr, false);
     });
-    surface_.draw_on(nullptr, false);
-    events_.neuzeichnen();
+    if (there()) events_.neuzeichnen();
 }
 
 void ChartPrint::write(int x, int y, std::string_view text, int size) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "archive/archive.h"
+#include "archive/frm_grafick.h"
 #include "core/module1.h"
 #include "evaluation/chart_surface.h"
 #include "evaluation/evaluation_controls.h"
@@ -12,11 +13,13 @@ namespace velorn {
 
 class ChartPrint {
   public:
-    ChartPrint(Printer& printer, const Module1& module1, EvaluationControls& controls,
-               EvaluationEvents& events, Archive& archive, ChartSurface& surface, const TimeCurves& curves);
+    ChartPrint(Printer& printer, const Module1& module1, const FrmGrafick& frmgrafick,
+               EvaluationControls& controls, EvaluationEvents& events, Archive& archive,
+               ChartSurface& surface, const TimeCurves& curves);
 
     // Shows the printer dialog and draws chart and legend on a page. A dialog that is cancelled and a printer
-    // that fails end it without a word.
+    // that fails end it without a word. Where the window was closed or opened anew behind the dialog, the
+    // page stays empty.
     void plott_Click();
 
   private:
@@ -33,6 +36,7 @@ class ChartPrint {
 
     Printer& printer_;
     const Module1& module1_;
+    const FrmGrafick& frmgrafick_;
     EvaluationControls& controls_;
     EvaluationEvents& events_;
     Archive& archive_;

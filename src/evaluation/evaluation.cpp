@@ -14,7 +14,7 @@ Evaluation::Evaluation(EventLoop& loop, Dialogs& dialogs, Printer& printer, Scre
       track_list_(dialogs, frmgrafick, controls, events, archive),
       view_choice_(frmgrafick, controls, events, archive),
       read_out_(frmgrafick, controls, events, archive, curves),
-      chart_print_(printer, module1, controls, events, archive, surface, curves),
+      chart_print_(printer, module1, frmgrafick, controls, events, archive, surface, curves),
       lost_(loop, 1) {
     lost_.Tick = [this] {
         lost_.Enabled = false;
@@ -27,6 +27,7 @@ Evaluation::Evaluation(EventLoop& loop, Dialogs& dialogs, Printer& printer, Scre
 void Evaluation::archive_opened() {
     track_list_.build(screen_.width);
     view_choice_.build();
+    curves.forget();
     read_out_.forget();
     neuzeichnen();
 }
@@ -45,6 +46,7 @@ void Evaluation::neuzeichnen() {
     curves.zeigenormal();
     if (reads) frmgrafick_.busy = false;
     controls.zeichnetneu = false;
+    read_out_.follow();
     if (frmgrafick_.archivgeladen && archive_.failed()) lost_.Enabled = true;
 }
 
@@ -54,6 +56,7 @@ void Evaluation::archive_closed() {
     controls.aufschub = false;
     track_list_.close_popups();
     controls.picyskala.Visible = false;
+    curves.forget();
     read_out_.forget();
     controls.Picture1.Cls();
 }

@@ -37,10 +37,22 @@ void ReadOut::forget() {
     controls_.ablesung.Visible = false;
 }
 
+void ReadOut::follow() {
+    if (!controls_.ablesung.Visible) return;
+    if (has_order_of_time() && view_of(archive_) != View::day)
+        read_period(period_x_);
+    else
+        controls_.ablesung.Visible = false;
+}
+
+bool ReadOut::has_order_of_time() const {
+    return archive_.is_open() && !controls_.dauermodus && !controls_.schnittmodus;
+}
+
 void ReadOut::over_chart(double x, double y) {
     controls_.Label32.Caption = number_text(round_to_even(x));
     frmgrafick_.Label33.Caption = number_text(round_to_even(y));
-    if (!archive_.is_open() || controls_.dauermodus || controls_.schnittmodus) return;
+    if (!has_order_of_time()) return;
     if (view_of(archive_) != View::day)
         read_period(x);
     else if (x >= plotlinks && x < day_right)
@@ -105,6 +117,7 @@ std::string ReadOut::moment_of(const PlotStep& step) const {
 }
 
 void ReadOut::read_period(double x) {
+    period_x_ = x;
     const TimeCurves::Drawn& drawn = curves_.drawn();
     const double at = x - plotlinks;
     const auto step = std::lower_bound(drawn.steps.begin(), drawn.steps.end(), at,

@@ -17,7 +17,11 @@ class ReadOut {
     // What was read off is no longer shown.
     void forget();
 
+    // The chart was drawn anew: the box beside the pointer tells of what stands there now.
+    void follow();
+
   private:
+    bool has_order_of_time() const; // what the chart shows
     void over_chart(double x, double y);
     void over_ground(double x);
     void read_day(double x);
@@ -29,6 +33,7 @@ class ReadOut {
     EvaluationEvents& events_;
     Archive& archive_;
     const TimeCurves& curves_;
+    double period_x_ = 0; // where the box was asked for
 };
 
 } // namespace velorn

@@ -149,6 +149,10 @@ void TimeCurves::zeigenormal() {
     draw_y_grid(surface_, axes_of(archive_), plotbreite_of(drawn_.view, days));
     draw_tracks(Table::daten);
     draw_tracks(Table::rechdaten);
+    for (std::size_t row = drawn_calculated_tracks; row < calculated_rows; ++row) {
+        controls_.schnittkanalb[row].Visible = false;
+        controls_.summkanalb[row].Visible = false;
+    }
     const CalendarDay& last = drawn_.days.back();
     controls_.tagakt = last.tag;
     controls_.monakt = last.mon;

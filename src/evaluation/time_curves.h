@@ -60,6 +60,8 @@ class TimeCurves {
         std::vector<PlotStep> steps;
     };
     const Drawn& drawn() const { return drawn_; }
+    // Another archive, or none, takes the place of the one that was drawn.
+    void forget() { drawn_ = {}; }
     // What a track shows at one of its steps; nothing where it has no value.
     std::optional<double> value_at(Table table, int track, const PlotStep& step) const;
 

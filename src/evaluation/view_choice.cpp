@@ -125,7 +125,7 @@ bool ViewChoice::store_axes() {
          {&controls_.txyreschr, &archive_.yreschritt}}};
     for (const auto& [box, value] : axes) {
         const std::optional<double> number = number_of(box->Text.get());
-        if (!number) return false;
+        if (!number || !std::isfinite(*number)) return false;
         // A value that stays keeps its tag, and its digits beyond those that the box shows.
         if (value->text() != number_text(*number)) *value = *number;
     }

@@ -86,6 +86,15 @@ TEST_F(Axes, drawsTheDaysOfAWeek) {
                             "150 22 'Wochengang (2h-Werte)  ab  Fr  29.02.2008'"));
 }
 
+// 31.12.2009 is the last day of the ten years.
+TEST_F(Axes, namesADayThatComesAgainAsItself) {
+    draw_week_axis(surface, days(View::week, 30, 12, 2009), 3, false);
+    EXPECT_THAT(labels(),
+                ElementsAre("102 37 'Mi  30.'", "174 37 'Do  31.'", "246 37 'Do  31.'", "318 37 'Do  31.'",
+                            "390 37 'Do  31.'", "462 37 'Do  31.'", "534 37 'Do  31.'",
+                            "150 22 'Wochengang (2h-Werte)  ab  Mi  30.12.2009'"));
+}
+
 TEST_F(Axes, drawsTheDaysOfAMonth) {
     draw_month_axis(surface, days(View::month, 28, 2, 2007), false);
     EXPECT_THAT(solid(), ElementsAre(0, 448));
@@ -184,6 +193,11 @@ TEST_F(Axes, drawsNoGridWhereStepsLeadNowhere) {
     }
     draw_y_grid(surface, {5, 5, 1, 30, 3}, 480);
     EXPECT_THAT(labels(), IsEmpty());
+}
+
+TEST_F(Axes, endsItsGridWhereNumbersEnd) {
+    draw_y_grid(surface, {1.7e308, 0, 1.1e308, 30, 3}, 480); // a second step is more than there is
+    EXPECT_EQ(labels().size(), 2U);
 }
 
 TEST_F(Axes, givesTheRightAxisAsManyStepsAsTheLeftOne) {

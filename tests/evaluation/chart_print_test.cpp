@@ -115,6 +115,14 @@ TEST_F(ChartPrintTest, drawsTheScreenAnewBehindIt) {
     EXPECT_THAT(screen.strokes(), Contains("line 80 510 80 10 #000000"));
 }
 
+TEST_F(ChartPrintTest, leavesThePageEmptyWhereTheWindowIsOpenedAnewBehindTheDialog) {
+    printer.behind_dialog = [this] { ++f.opening; };
+    screen.forget();
+    EXPECT_THAT(page(), IsEmpty());
+    EXPECT_THAT(screen.strokes(), IsEmpty());
+    EXPECT_FALSE(c().druckmodus);
+}
+
 TEST_F(ChartPrintTest, endsWithoutAWordWhereNothingIsPrinted) {
     for (const RunTimeError error : {RunTimeError::dialog_cancelled, RunTimeError::device_io}) {
         printer.fails_with = error;

@@ -70,6 +70,15 @@ TEST_F(ReadOutTest, hidesTheSumsUntilThePointerLeaves) {
     EXPECT_FALSE(c().schnittkanal[3].Visible);
 }
 
+// It is drawn among duration curves only.
+TEST_F(ReadOutTest, leavesNoValueOfTheAnalyticCurveBehind) {
+    shows_calculated(4);
+    points_at(100);
+    EXPECT_TRUE(c().schnittkanalb[4].Visible);
+    c().Picture2.pointer(10);
+    EXPECT_FALSE(c().schnittkanalb[4].Visible);
+}
+
 TEST_F(ReadOutTest, isForTheDaysOrderOfTimeOnly) {
     c().dauermodus = true;
     points_at(100);
@@ -105,6 +114,35 @@ TEST_F(ReadOutTest, showsADayOfAYearAndItsGap) {
     evaluation->neuzeichnen();
     points_at(82);
     EXPECT_EQ(c().ablesung.Text.get(), "So  16.03.2008\nLeistung\t---\tkW");
+}
+
+TEST_F(ReadOutTest, tellsOfTheChartThatIsDrawnAnewUnderThePointer) {
+    archive.ansicht = std::int16_t{2};
+    evaluation->neuzeichnen();
+    points_at(83);
+    c().pluswoche.Click();
+    EXPECT_TRUE(c().ablesung.Text.get().starts_with("Sa  22.03.2008  00:00 - 02:00\n"));
+    c().comtag.Click();
+    EXPECT_FALSE(c().ablesung.Visible);
+}
+
+TEST_F(ReadOutTest, tellsNothingOfTheTimesAmongDurationCurves) {
+    archive.ansicht = std::int16_t{2};
+    evaluation->neuzeichnen();
+    points_at(83);
+    c().comdauer.Click();
+    EXPECT_FALSE(c().ablesung.Visible);
+}
+
+// Its days lie outside the other one's years.
+TEST_F(ReadOutTest, forgetsTheChartOfTheArchiveBefore) {
+    archive.ansicht = std::int16_t{2};
+    evaluation->neuzeichnen();
+    archive.startjahr = std::int16_t{2020};
+    c().Picture1.canvas = nullptr;
+    evaluation->archive_opened();
+    points_at(83);
+    EXPECT_FALSE(c().ablesung.Visible);
 }
 
 TEST_F(ReadOutTest, showsAQuarterOfAMonth) {

@@ -1,6 +1,7 @@
 #include "evaluation/evaluation_rig.h"
 #include "runtime/text.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 
 namespace velorn::test {
@@ -43,6 +44,23 @@ TEST_F(TimeCurvesTest, drawsADayOfQuarters) {
     EXPECT_EQ(counters(), "3 von 96");
     EXPECT_FLOAT_EQ(evaluation->curves.spurschnitt[1], 50.0F / 3);
     EXPECT_FLOAT_EQ(evaluation->curves.spursumme[1], 12.5F);
+}
+
+TEST_F(TimeCurvesTest, drawsFrameAxisTitleGridAndZeroLineBeforeTheCurve) {
+    set(day, 1, 1, 10);
+    const std::vector<std::string> all = drawing();
+    const auto place = [&all](const std::string& words) {
+        return std::ranges::find_if(all, [&](const std::string& s) { return s.starts_with(words); }) -
+               all.begin();
+    };
+    EXPECT_EQ(place("clear #ffffff"), 0);
+    EXPECT_EQ(place("line 80 510 80 10 #000000"), 1);
+    EXPECT_EQ(place("text 77 513 '0'"), 2);
+    EXPECT_LT(place("text 551 513 '24'"), place("text 150 528 'Tagesgang"));
+    EXPECT_LT(place("text 150 528 'Tagesgang"), place("line 80 60 81 60 #808080")); // at 90
+    EXPECT_LT(place("text 50 503 '0,00'"), place("line 80 510 560 510 #000000"));
+    EXPECT_EQ(place("line 80 510 560 510 #000000"), std::ssize(all) - 2);
+    EXPECT_EQ(place("line 85 460 85 460 #ff0000"), std::ssize(all) - 1);
 }
 
 TEST_F(TimeCurvesTest, tellsOfNothingWhereThereIsNothing) {

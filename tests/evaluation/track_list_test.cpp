@@ -281,6 +281,18 @@ TEST_F(TrackRowsTest, choosesACalculationInAPopupOfItsOwn) {
     EXPECT_FALSE(c().pickanalb.Visible);
 }
 
+TEST_F(TrackRowsTest, switchesOnTheCalculationThatTheSharedRowShows) {
+    opens(60, narrow);
+    c().com1bis30.Click();
+    c().Commandkanalb[0].Click();
+    c().comkanaleinb.Click();
+    EXPECT_EQ(archive.bspursichtbar[0].number(), 0);
+    EXPECT_NE(archive.bspursichtbar[1].number(), 0);
+    c().kanalrechtsb[0].Value = true;
+    EXPECT_EQ(archive.bspurrechts[0].number(), 0);
+    EXPECT_NE(archive.bspurrechts[1].number(), 0);
+}
+
 TEST_F(TrackRowsTest, opensNoPopupForACalculationWithoutARow) {
     c().Commandkanalb[1].Click();
     EXPECT_FALSE(c().pickanalb.Visible);

@@ -184,6 +184,15 @@ TEST_F(ViewChoice, stopsAtWhatIsNoNumberAndKeepsWhatWasTakenBefore) {
     EXPECT_EQ(drawings(), 0);
 }
 
+TEST_F(ViewChoice, stopsAtANumberThatIsTooLargeForAny) {
+    has_axes(100, -10, 10, 30, 3);
+    c().txylimax.Text = "90";
+    c().txylimin.Text = "-1e999";
+    c().closepicy.Click();
+    EXPECT_EQ(axes(), "90 -10 10 30 3 ");
+    EXPECT_TRUE(c().picyskala.Visible);
+}
+
 TEST_F(ViewChoice, keepsTheTagOfAnAxisThatStays) {
     archive.ylimin = std::int16_t{-10};
     c().openyskala.Click();

@@ -26,6 +26,7 @@ class FakePrinter : public Printer {
     };
     std::vector<Drawing> drawn;
     std::optional<RunTimeError> fails_with;
+    std::function<void()> behind_dialog; // while the dialog of a page stands
 
     Outcome print_text(std::string_view text, std::string_view title) override {
         if (fails_with) return failure(*fails_with);
@@ -34,6 +35,7 @@ class FakePrinter : public Printer {
     }
 
     Outcome print_page(std::string_view title, const std::function<void(Canvas&)>& draw) override {
+        if (behind_dialog) behind_dialog();
         if (fails_with) return failure(*fails_with);
         RecorderCanvas canvas;
         draw(canvas);
