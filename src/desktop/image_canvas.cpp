@@ -135,6 +135,7 @@ void ImageCanvas::announce() {
 
 void ImageCanvas::clear(Colour background) {
     end_strokes();
+    ended_.open = neighbour_.open = false; // nothing is there any more that a stroke could touch
     const Area all{0, 0, pixels_.width, pixels_.height};
     fill(pixels_, all, shown(background));
     touch(all);

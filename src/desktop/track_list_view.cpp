@@ -199,6 +199,9 @@ void TrackListView::arrange() {
     shown_columns_ = controls_.breitbild && controls_.txkanal[rows_of_a_column + 1].Visible ? 2 : 1;
     one_row_for_both_ = controls_.calculated_of_row(1) < 0;
     if (shown_columns_ == 2 && built_ < most_rows) build_rows(rows_of_a_column + 1, most_rows);
+    // Tab must not end at a row that is gone.
+    const bool gone = shown_columns_ == 1 && current_ > rows_of_a_column && current_ <= most_rows;
+    if (gone) set_current(1);
 
     block_->setGeometry(0, 0, block_->sizeHint().width(), m_.head);
     for (int column = 0; column < 2; ++column) place_heads(column, column < shown_columns_);

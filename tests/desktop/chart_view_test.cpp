@@ -243,6 +243,17 @@ TEST_F(ChartWindow, arrowsGoFromRowToRowAndTabComesToOne) {
     EXPECT_EQ(view->focusWidget()->objectName(), QStringLiteral("Commandkanalb_0"));
 }
 
+TEST_F(ChartWindow, tabComesToARowThatIsThereInASmallerArchiveToo) {
+    opens(60, wide);
+    find("Commandkanal_45")->setFocus();
+    make_sparse_archive(files, 30, 2);
+    ASSERT_TRUE(archive.open(archive_path));
+    evaluation->archive_opened();
+    settle();
+    ASSERT_FALSE(find("Commandkanal_45")->isVisible());
+    EXPECT_TRUE((find("Commandkanal_1")->focusPolicy() & Qt::TabFocus) != 0);
+}
+
 // ---- list ----
 
 TEST_F(ChartWindow, thirtyRowsFitIntoALowScreen) {

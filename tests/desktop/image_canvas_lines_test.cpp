@@ -165,6 +165,17 @@ TEST(ImageCanvasLines, columnsThatAreNoNeighboursStayApart) {
     EXPECT_EQ(ink(canvas.image()), 7 + 7 + 4 * 17);
 }
 
+TEST(ImageCanvasLines, touchNothingThatWasCleared) {
+    ImageCanvas canvas(60, 20, 2.74, 1.9);
+    canvas.line(11, 5, 11, 15, colour::red);
+    const int alone = ink(canvas.image());
+    canvas.clear(colour::white);
+    canvas.line(10, 5, 10, 15, colour::red);
+    canvas.clear(colour::white);
+    canvas.line(11, 5, 11, 15, colour::red);
+    EXPECT_EQ(ink(canvas.image()), alone);
+}
+
 TEST(ImageCanvasLines, aWaitingStrokeIsSeenByWhoeverLooks) {
     ImageCanvas canvas(100, 100, 1);
     (void)canvas.take_touched();
