@@ -5,6 +5,7 @@
 #include "accessories/frmedit.h"
 #include "app/commands.h"
 #include "app/program_start.h"
+#include "app/unattended_dialogs.h"
 #include "app/world.h"
 #include "archive/archive.h"
 #include "archive/archive_window.h"
@@ -59,6 +60,7 @@ class Program {
     World world;
     Events events;
     Module1 module1;
+    UnattendedDialogs dialogs;
     Settings settings;
     FrmTerminal frmTerminal;
     SettingsFiles settings_files;

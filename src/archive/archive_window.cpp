@@ -91,11 +91,10 @@ void ArchiveWindow::show_caption() {
     frmgrafick_.form.Caption = "1/4h-Daten Auswertung  <" + projekt() + ">";
 }
 
-// Nobody is there to answer in an unattended run.
+// Nobody may be there to read it in an unattended run.
 Answer ArchiveWindow::box(std::string_view text, int code) {
-    if (!module1_.autoholen) return dialogs_.message_box(text, code);
-    log_.tell(' ' + std::string(text));
-    return dialogs_.message_box_for(seconds_of_a_box, text, code);
+    if (module1_.autoholen) log_.tell(' ' + std::string(text));
+    return dialogs_.message_box(text, code);
 }
 
 std::int64_t ArchiveWindow::length_of(const std::string& path) {

@@ -56,7 +56,6 @@ class ArchiveWindow {
     Event<> archive_gone;
 
     static constexpr std::int64_t least_archive = 1'000'000; // bytes; a smaller file is none
-    static constexpr int seconds_of_a_box = 60;              // in an unattended run it then answers itself
 
   private:
     void open_archive();

@@ -163,6 +163,7 @@ void Download::download_Click() {
     frmgrafick_.txtempf.Visible = true;
     frmgrafick_.dlphase = initialising;
     frmgrafick_.neuwerte = 0;
+    vain_seconds_ = 0;
     // Without it a crash loses what comes now, no more.
     (void)diary_.begin(archive_, frmgrafick_.archivgeladen);
     output_.sendetext(attention);
@@ -185,6 +186,7 @@ void Download::fetch_newest() {
     frmgrafick_.txtempf.Visible = true;
     frmgrafick_.dlphase = receiving;
     frmgrafick_.neuwerte = 0;
+    vain_seconds_ = 0;
     (void)diary_.begin(archive_, frmgrafick_.archivgeladen);
     output_.sendetext(attention);
     if (!wait_steps(steps_before_newest)) return;
@@ -309,6 +311,7 @@ bool Download::store(const DataSet& set) {
         archive_.set_daten(year, head.month, head.day, head.quarter, static_cast<int>(i + 1), set.values[i]);
     (void)diary_.add(year, head.month, head.day, head.quarter, set.values);
     ++frmgrafick_.neuwerte;
+    vain_seconds_ = 0;
     show_progress(head);
     return true;
 }
@@ -370,7 +373,10 @@ void Download::Timer4_Tick() {
             std::to_string(frmgrafick_.dlsek) + "  Timeout " + std::to_string(frmgrafick_.stillsek) + 's';
         frmgrafick_.Label58.Caption = "Dateinr. " + std::to_string(module1_.telindex);
     }
-    if (frmgrafick_.stillsek <= longest_silence) return;
+    ++vain_seconds_;
+    // One that talks nonsense without a pause is never silent.
+    const bool in_vain = module1_.autoholen && vain_seconds_ > longest_vain;
+    if (frmgrafick_.stillsek <= longest_silence && !in_vain) return;
     frmgrafick_.labstatus.Caption = "Timeout (keine Reaktion)";
     frmgrafick_.Timer4.Enabled = false;
     timed_out();

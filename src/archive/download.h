@@ -52,6 +52,9 @@ class Download {
     Event<> archive_failed;
 
     static constexpr int longest_silence = 15; // seconds
+    // Seconds without a stored data set after which an unattended run gives a site up. A packet takes eleven
+    // minutes at most: 16 sets of 150 tracks at 300 baud.
+    static constexpr int longest_vain = 900;
     // What arrives without an end of a frame is cut to its last half beyond this; no frame is as long as
     // that.
     static constexpr std::size_t longest_text = 128 * 1024;
@@ -81,6 +84,7 @@ class Download {
     Archive& archive_;
     DownloadDiary& diary_;
     Output& output_;
+    int vain_seconds_ = 0;      // since a data set was stored
     bool showing_mode_ = false; // the option follows the mode, and no person chooses
 };
 

@@ -12,6 +12,7 @@ namespace velorn::test {
 
 namespace {
 
+using ::testing::Contains;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
@@ -290,6 +291,31 @@ TEST_F(CollectionRun, aSilentControllerIsGivenUpAndHungUp) {
     EXPECT_FALSE(p.module1.tcpoffen);
     EXPECT_THAT(p.terminal(), HasSubstr("Verbindung beendet"));
     EXPECT_THAT(p.terminal(), HasSubstr("Anlagen: 1, erreicht: 1, fehlgeschlagen: 1,"));
+}
+
+TEST_F(CollectionRun, aControllerThatTalksNonsenseWithoutAPauseIsGivenUp) {
+    takes_part(on_tcp);
+    nobody_speaks();
+    starts();
+    ASSERT_TRUE(passes_until([this] { return bool{f.Timer4.Enabled}; }));
+    const std::int64_t begun = p.loop.now_ms();
+    while (p.module1.autoholen && p.loop.now_ms() - begun < 1'800'000) {
+        p.tcp.arrives("das ist kein Datensatz");
+        p.loop.pass(5000);
+    }
+    EXPECT_NEAR(static_cast<double>(p.loop.now_ms() - begun), 1000 * Download::longest_vain, 6000);
+    EXPECT_THAT(without_times(p.terminal()), HasSubstr("\r\nhh:mm:ss ABBRUCH (Timeout)\r\n"));
+    ASSERT_TRUE(ends());
+}
+
+TEST_F(CollectionRun, aBoxOfAnotherWindowAnswersItselfAfterAMinute) {
+    takes_part(on_tcp);
+    starts();
+    ASSERT_TRUE(passes_until([this] { return bool{f.Timer4.Enabled}; }));
+    p.frmTerminal.mnuHangUp.Click();
+    EXPECT_THAT(p.dialogs.shown(), Contains(HasSubstr("Verbindung getrennt werden")));
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(p.terminal(), HasSubstr(" FERTIG! 45 neue 1/4h-Daten "));
 }
 
 TEST_F(CollectionRun, tenSecondsLieBetweenTwoSites) {
