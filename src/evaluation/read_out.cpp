@@ -38,6 +38,14 @@ void ReadOut::forget() {
 }
 
 void ReadOut::follow() {
+    if (controls_.maustage) {
+        if (has_order_of_time() && view_of(archive_) == View::day) {
+            controls_.hide_sums();
+            read_day(day_x_);
+        } else {
+            forget();
+        }
+    }
     if (!controls_.ablesung.Visible) return;
     if (has_order_of_time() && view_of(archive_) != View::day)
         read_period(period_x_);
@@ -68,6 +76,7 @@ void ReadOut::over_ground(double x) {
 }
 
 void ReadOut::read_day(double x) {
+    day_x_ = x;
     if (!controls_.maustage) {
         controls_.maustage = true;
         controls_.Label54.Visible = true;

@@ -17,7 +17,7 @@ class ReadOut {
     // What was read off is no longer shown.
     void forget();
 
-    // The chart was drawn anew: the box beside the pointer tells of what stands there now.
+    // The chart was drawn anew: what is read off under the pointer is what stands there now.
     void follow();
 
   private:
@@ -33,7 +33,9 @@ class ReadOut {
     EvaluationEvents& events_;
     Archive& archive_;
     const TimeCurves& curves_;
-    double period_x_ = 0; // where the box was asked for
+    // Where the day was read off, and where the box was asked for.
+    double day_x_ = 0;
+    double period_x_ = 0;
 };
 
 } // namespace velorn

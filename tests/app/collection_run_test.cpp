@@ -312,7 +312,8 @@ TEST_F(CollectionRun, aBoxOfAnotherWindowAnswersItselfAfterAMinute) {
     takes_part(on_tcp);
     starts();
     ASSERT_TRUE(passes_until([this] { return bool{f.Timer4.Enabled}; }));
-    p.frmTerminal.mnuHangUp.Click();
+    p.settings.fbautostart = std::int16_t{0};
+    p.frmTerminal.Timer3.Tick(); // remote control has ended
     EXPECT_THAT(p.dialogs.shown(), Contains(HasSubstr("Verbindung getrennt werden")));
     ASSERT_TRUE(ends());
     EXPECT_THAT(p.terminal(), HasSubstr(" FERTIG! 45 neue 1/4h-Daten "));

@@ -26,7 +26,8 @@ void judge_values(const NightSite& planned, const HeardSite& heard, const std::s
     if (planned.noisy()) return;
     // A frame of too many tracks is refused by its length, but where the controller leaves out just a track's
     // width of it.
-    if (planned.site.tracks > planned.archive_tracks && planned.site.download_faults.wrong_lengths > 0) return;
+    if (planned.site.tracks > planned.archive_tracks && planned.site.download_faults.wrong_lengths > 0)
+        return;
     const plant::Recording recording{planned.site.seed, planned.site.tracks};
     for (const HeardSet& set : heard.sets) {
         for (std::size_t t = 0; t < set.values.size(); ++t) {

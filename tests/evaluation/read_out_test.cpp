@@ -70,6 +70,20 @@ TEST_F(ReadOutTest, hidesTheSumsUntilThePointerLeaves) {
     EXPECT_FALSE(c().schnittkanal[3].Visible);
 }
 
+TEST_F(ReadOutTest, readsTheDayAgainThatIsDrawnUnderThePointer) {
+    set({16, 3, startjahr}, 10, 2, 8);
+    points_at(130);
+    selects(16, 3, startjahr);
+    evaluation->neuzeichnen();
+    EXPECT_EQ(read(2), "8,00");
+    EXPECT_FALSE(c().summkanal[1].Visible);
+    archive.ansicht = std::int16_t{2};
+    evaluation->neuzeichnen();
+    EXPECT_FALSE(c().maustage);
+    EXPECT_FALSE(c().Label54.Visible);
+    EXPECT_TRUE(c().summkanal[1].Visible);
+}
+
 // It is drawn among duration curves only.
 TEST_F(ReadOutTest, leavesNoValueOfTheAnalyticCurveBehind) {
     shows_calculated(4);
