@@ -87,6 +87,11 @@ void RemoteControl::fernbedstart() {
 }
 
 void RemoteControl::Timer4_Tick() {
+    if (module1_.autoholen) {
+        // A CONNECT too many within a download; the controller is busy with it.
+        frmTerminal_.Timer4.Enabled = false;
+        return;
+    }
     if (settings_.fbautostart > zero) {
         fernbedstart();
     } else if (dialogs_.message_box("Soll die Fernbedienung gestartet werden", 36) == Answer::yes) {

@@ -62,6 +62,19 @@ TEST(RemoteControl, startsByItselfAfterAConnectionWhereThatIsWanted) {
     EXPECT_FALSE(p.frmTerminal.Timer4.Enabled);
 }
 
+TEST(RemoteControl, startsInNoDownloadOfAnUnattendedRun) {
+    for (const int automatic : {0, 1}) {
+        TestProgram p;
+        p.start();
+        p.settings.fbautostart = static_cast<std::int16_t>(automatic);
+        p.module1.autoholen = true;
+        p.frmTerminal.Timer4.Enabled = true;
+        p.loop.pass(4000);
+        EXPECT_EQ(p.sent(), "");
+        EXPECT_FALSE(p.frmTerminal.Timer4.Enabled);
+    }
+}
+
 TEST(RemoteControl, asksAfterAConnectionWhetherToStart) {
     for (const Answer answer : {Answer::yes, Answer::no}) {
         TestProgram p;
