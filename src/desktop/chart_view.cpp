@@ -156,18 +156,24 @@ void ChartView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QRectF there = chart();
     painter.fillRect(event->rect(), palette().color(QPalette::Window));
-    painter.fillRect(there.adjusted(-1, -1, 1, 1), palette().color(QPalette::Mid));
+    const auto frame = [&](const QRectF& around) {
+        painter.fillRect(around.adjusted(-1, -1, 1, 1), palette().color(QPalette::Mid));
+    };
     if (!canvas_) {
+        frame(there);
         painter.fillRect(there, palette().color(QPalette::Base));
         return;
     }
     (void)canvas_->take_touched();
     const Place p = place();
     const QImage& image = canvas_->image();
-    const double device = devicePixelRatioF();
     if (same(canvas_->scale_x(), p.scale_x) && same(canvas_->scale_y(), p.scale_y)) {
-        painter.drawImage(QRectF(there.topLeft(), QSizeF(image.size()) / device), image);
+        // Of whole pixels, up to one more than the place has.
+        const QRectF drawn(there.topLeft(), QSizeF(image.size()) / devicePixelRatioF());
+        frame(drawn);
+        painter.drawImage(drawn, image);
     } else {
+        frame(there);
         painter.drawImage(there, image); // until it is drawn for this place or screen
         fit_.start();
     }
