@@ -61,12 +61,15 @@ TEST(ANight, isTheSameEveryTime) {
     EXPECT_EQ(digests[0], digests[1]);
 }
 
-TEST(ALongSeries, ofNightsIsRunWhenItIsOrdered) {
-    const auto count = number_from_outside("VELORN_NIGHTS");
-    if (!count) GTEST_SKIP() << "tools/nights.sh orders it";
-    const std::uint64_t first = number_from_outside("VELORN_NIGHT_SEED").value_or(1);
+// In that night a controller loses just so many bytes of a frame that the archive takes the rest for a whole
+// one.
+constexpr std::uint64_t night_of_a_frame_that_fits = 589;
+
+TEST(ALongSeries, isOfOneNightUnlessMoreAreOrdered) {
+    const std::uint64_t count = number_from_outside("VELORN_NIGHTS").value_or(1);
+    const std::uint64_t first = number_from_outside("VELORN_NIGHT_SEED").value_or(night_of_a_frame_that_fits);
     ArchiveTemplates templates;
-    for (std::uint64_t seed = first; seed < first + *count; ++seed) {
+    for (std::uint64_t seed = first; seed < first + count; ++seed) {
         const bool good = is_good(seed, templates, true);
         std::cout << "night " << seed << (good ? " good" : " BAD") << std::endl;
         if (!good) break;

@@ -26,11 +26,17 @@ struct DamagedArchive : EvaluationRig {
         loop.pass(1000);
     }
     int lost = 0;
-    void counts_losses() {
+    // A year that lies behind the cut; `lost` counts how often it is told.
+    void draws_an_archive_that_was_cut() {
+        shows(1);
+        f.archivgeladen = true;
         evaluation->events.archive_lost.connect([this] {
             ++lost;
             f.archivgeladen = false;
         });
+        files.set_length(archive_path, 20'000'000);
+        selects(1, 6, startjahr + 9);
+        evaluation->neuzeichnen();
     }
 };
 
@@ -99,12 +105,7 @@ TEST_F(DamagedArchive, drawsValuesThatAreNoNumbers) {
 // ---- lost while open ----
 
 TEST_F(DamagedArchive, tellsBehindTheDrawingThatItIsLost) {
-    shows(1);
-    f.archivgeladen = true;
-    counts_losses();
-    files.set_length(archive_path, 20'000'000);
-    selects(1, 6, startjahr + 9);
-    evaluation->neuzeichnen();
+    draws_an_archive_that_was_cut();
     ASSERT_TRUE(archive.failed());
     EXPECT_EQ(lost, 0) << "a drawing may be part of a paint";
     loop.pass(10);
@@ -115,12 +116,7 @@ TEST_F(DamagedArchive, tellsBehindTheDrawingThatItIsLost) {
 }
 
 TEST_F(DamagedArchive, tellsNothingOfAnArchiveThatWasClosedMeanwhile) {
-    shows(1);
-    f.archivgeladen = true;
-    counts_losses();
-    files.set_length(archive_path, 20'000'000);
-    selects(1, 6, startjahr + 9);
-    evaluation->neuzeichnen();
+    draws_an_archive_that_was_cut();
     evaluation->archive_closed();
     loop.pass(10);
     EXPECT_EQ(lost, 0);
