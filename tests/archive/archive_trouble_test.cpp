@@ -20,6 +20,18 @@ const std::string esc2 = "\x1b\x1b";
 const char* const use_it = "Sollen die Daten trotzdem verwendet werden?";
 const char* const full_disk = "Festplatte voll";
 
+// Has the archive open, with a data set in its diary. When it goes it saves nothing.
+struct AnotherProgram {
+    Archive archive;
+    DownloadDiary theirs;
+
+    explicit AnotherProgram(BlockFiles& disk) : archive(disk), theirs(disk) {
+        EXPECT_TRUE(archive.open(path));
+        EXPECT_TRUE(theirs.begin(archive));
+        EXPECT_TRUE(theirs.add(0, 11, 15, 5, std::array<float, 1>{3.0F}));
+    }
+};
+
 struct Trouble : testing::Test {
     TestProgramOn<BreakableDisk> p;
     BlockFiles& disk = p.files.disk;
@@ -255,11 +267,7 @@ TEST_F(Trouble, anArchiveLostDuringADownloadKeepsItsDiary) {
 TEST_F(Trouble, aSecondProgramLeavesTheFirstOnesDiaryAlone) {
     has_an_archive();
     {
-        Archive first(disk);
-        DownloadDiary theirs(disk);
-        ASSERT_TRUE(first.open(path));
-        ASSERT_TRUE(theirs.begin(first));
-        ASSERT_TRUE(theirs.add(0, 11, 15, 5, std::array<float, 1>{3.0F}));
+        const AnotherProgram first(disk);
         const std::string before = disk.bytes(diary, 0, disk.length(diary));
         p.dialogs.expect("noch in einem anderen Programm", 48, Answer::ok);
         opens();
@@ -276,13 +284,7 @@ TEST_F(Trouble, aSecondProgramLeavesTheFirstOnesDiaryAlone) {
 
 TEST_F(Trouble, aNewArchiveInThePlaceOfAnotherTakesNothingOfItsDiary) {
     has_an_archive();
-    {
-        Archive old(disk);
-        DownloadDiary theirs(disk);
-        ASSERT_TRUE(old.open(path));
-        ASSERT_TRUE(theirs.begin(old));
-        ASSERT_TRUE(theirs.add(0, 11, 15, 5, std::array<float, 1>{3.0F}));
-    }
+    { const AnotherProgram crashed(disk); }
     p.program.telefonbuch[0].viertdatei = "";
     p.dialogs.expect("bisher keine Datenarchivierungsdatei", 48, Answer::ok);
     p.dialogs.expect_file("Datenarchivierungsdatei anlegen", std::string(path));
